@@ -1,0 +1,52 @@
+// Local time and the small C-library shims the date, time and string code use.
+#include "CrossPlatformApi.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <strings.h>
+#include <time.h>
+
+namespace CrossPlatformApi {
+
+namespace {
+std::atomic<ClockFunction> g_clock{nullptr};
+}
+
+void setClock(ClockFunction clock) { g_clock.store(clock); }
+
+std::time_t now()
+{
+    const ClockFunction clock = g_clock.load();
+    return clock ? clock() : std::time(nullptr);
+}
+
+long timezone()
+{
+    const std::time_t t = now();
+    const std::tm* local = ::localtime(&t);
+    return local ? -local->tm_gmtoff : 0;
+}
+
+int daylight() { return ::daylight; }
+
+int localtime_s(std::tm* result, const std::time_t* time)
+{
+    if (!result || !time)
+        return EINVAL;
+    ::localtime_r(time, result);
+    return 0;
+}
+
+int strCmpNoCase(const char* a, const char* b)
+{
+    return ::strcasecmp(a ? a : "", b ? b : "");
+}
+
+void outputDebugString(const char* text)
+{
+    if (text)
+        std::fputs(text, stderr);
+}
+
+} // namespace CrossPlatformApi
