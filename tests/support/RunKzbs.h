@@ -1,0 +1,71 @@
+// Runs the kzbs program as a user would and collects what it printed.
+// Test programs that use it define KZBS_EXE (the program's path) at build time:
+//   target_compile_definitions(T PRIVATE KZBS_EXE="$<TARGET_FILE:kzbs>")
+#ifndef KZBS_TESTS_RUN_KZBS_H
+#define KZBS_TESTS_RUN_KZBS_H
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace kzbs_test {
+
+struct CliResult {
+    int status = -1;      // the exit status; -1 if kzbs did not exit normally
+    std::string out;      // standard output
+    std::string err;      // standard error
+};
+
+inline std::string shellQuote(const std::string& word)
+{
+    std::string quoted = "'";
+    for (char c : word)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+inline std::string slurp(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// Runs `kzbs ARGS...` with `input` on its standard input, in the environment
+// given as "NAME=VALUE" words (plus the test's own environment).
+inline CliResult runKzbs(const std::vector<std::string>& args, const std::string& input = "",
+                         const std::vector<std::string>& env = {})
+{
+    char dir[] = "/tmp/kzbs-cli-XXXXXX";
+    if (!::mkdtemp(dir))
+        return {};
+    const std::string base = dir;
+    { std::ofstream(base + "/in", std::ios::binary) << input; }
+    std::string command = "env";
+    for (const std::string& e : env)
+        command += " " + shellQuote(e);
+    command += " " + shellQuote(KZBS_EXE);
+    for (const std::string& a : args)
+        command += " " + shellQuote(a);
+    command += " <" + base + "/in >" + base + "/out 2>" + base + "/err";
+    const int raw = std::system(command.c_str());
+    CliResult result;
+    result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    result.out = slurp(base + "/out");
+    result.err = slurp(base + "/err");
+    std::remove((base + "/in").c_str());
+    std::remove((base + "/out").c_str());
+    std::remove((base + "/err").c_str());
+    ::rmdir(dir);
+    return result;
+}
+
+} // namespace kzbs_test
+
+#endif // KZBS_TESTS_RUN_KZBS_H
