@@ -187,7 +187,8 @@ KZBS_API bool waitForProcess(int pid);
 // a QGuiApplication unless a "file" URL handler is registered.
 KZBS_API bool executeAssociatedAppAndOpenFile(const char* path);
 
-// The same for a Windows-1252 path, converted to UTF-8 first.
+// The same for a Windows-1252 path: it is converted to UTF-8 and opened under
+// that name, so non-ASCII names reach the file system as they are stored.
 KZBS_API bool executeAssociatedAppAndOpenFileCp1252(const char* path);
 
 // Opens the address (local 8-bit) with the desktop's handler.

@@ -7,7 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-#include <QRegExp>
+#include <QRegularExpression>
 #include <QStringList>
 #include <QUrl>
 
@@ -27,6 +27,11 @@ QString slashedPath(const char* path)
         .replace(QLatin1Char('\\'), QLatin1Char('/'), Qt::CaseSensitive);
 }
 
+bool openLocalFile(const QString& path)
+{
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
 // The executable inside the bundle X.app: Info.plist names it, X by default.
 QString bundleExecutable(const QString& bundlePath)
 {
@@ -42,18 +47,22 @@ QString bundleExecutable(const QString& bundlePath)
 // Splits a command line into arguments. The offset moves on by each match's
 // length rather than past its end; an argument found after skipped text is
 // therefore taken again until the offset has caught up. Callers rely on this.
+// The alternatives are tried in order (a quoted run first), which is why this
+// is a QRegularExpression: QRegExp prefers the longest alternative and would
+// swallow the blank behind a quoted argument.
 QStringList splitArguments(const char* arguments)
 {
-    QRegExp splitter(QStringLiteral("[\\s]*(\"[^\"]*\")|([^\\s]+)[\\s]*"), Qt::CaseSensitive,
-                     QRegExp::RegExp);
+    static const QRegularExpression splitter(
+        QStringLiteral("[\\s]*(\"[^\"]*\")|([^\\s]+)[\\s]*"));
     QStringList list;
     int offset = 0;
     for (;;) {
         const QString line = QString::fromUtf8(arguments);
-        if (splitter.indexIn(line, offset) < 0 || splitter.matchedLength() == 0)
+        const QRegularExpressionMatch match = splitter.match(line, offset);
+        if (!match.hasMatch() || match.capturedLength() == 0)
             break;
-        offset += splitter.matchedLength();
-        QString argument = splitter.cap(2).isEmpty() ? splitter.cap(1) : splitter.cap(2);
+        offset += match.capturedLength();
+        QString argument = match.captured(2).isEmpty() ? match.captured(1) : match.captured(2);
         if (argument.startsWith(QLatin1Char('"')) && argument.endsWith(QLatin1Char('"')))
             argument = argument.mid(1, argument.length() - 2);
         list.append(argument);
@@ -73,7 +82,7 @@ bool exec(const char* program, const char* arguments, const char* workingDirecto
 
     QFile file(programPath);
     if (file.exists() && !(file.permissions() & QFile::ExeUser))
-        return executeAssociatedAppAndOpenFile(programPath.toLocal8Bit().constData());
+        return openLocalFile(programPath); // a document: open it, arguments unused
 
     return QProcess::startDetached(programPath, splitArguments(arguments), workDir);
 }
@@ -97,12 +106,14 @@ bool waitForProcess(int pid)
 
 bool executeAssociatedAppAndOpenFile(const char* path)
 {
-    return QDesktopServices::openUrl(QUrl::fromLocalFile(slashedPath(path)));
+    return openLocalFile(slashedPath(path));
 }
 
 bool executeAssociatedAppAndOpenFileCp1252(const char* path)
 {
-    return executeAssociatedAppAndOpenFile(fileSystemEncoding(path ? path : "").c_str());
+    const std::string utf8 = fileSystemEncoding(path ? path : "");
+    return openLocalFile(QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()))
+                             .replace(QLatin1Char('\\'), QLatin1Char('/')));
 }
 
 bool openUrl(const char* url)
