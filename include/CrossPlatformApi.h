@@ -9,21 +9,19 @@
 // Linux choices: text conversions go through iconv; a character the target
 // encoding cannot hold becomes '?'. keyState reads Qt's modifiers when a
 // QGuiApplication exists and caps/num lock from X11 when a display is open.
-// INI files are QSettings in IniFormat; Qt's codec and fallbacks are left as Qt sets them.
-// The application's folder stands for its bundle; when that folder is the Contents/MacOS
-// folder of an "X.app" bundle, X.app is the bundle.
-// An application bundle is a folder named "*.app" holding Contents/Info.plist and
-// Contents/MacOS; its Info.plist is read as an XML property list.
-// The application's identifier is its desktop file name (QGuiApplication::desktopFileName,
-// reverse-DNS), "unknownBundleID" when none is set.
-// "On a removable volume" means under /media/ or /run/media/, where Linux desktops mount
-// removable media.
-// messageBox shows a modal QMessageBox; without a QApplication, or off the GUI thread, it
-// writes "caption: text" to stderr and answers 2, the result of a failed panel.
+// INI files: QSettings in IniFormat; Qt's INI codec and fallbacks stay as Qt sets them.
+// Bundle: the application's folder stands for it (X.app when that folder is X.app/Contents/MacOS).
+// An application bundle is a "*.app" folder with Contents/Info.plist (XML) and Contents/MacOS.
+// Identifier: the desktop file name (QGuiApplication::desktopFileName), else "unknownBundleID".
+// Removable volume: a bundle folder under /media/ or /run/media/.
+// messageBox: a modal QMessageBox; without QApplication or off the GUI thread: stderr, answer 2.
 // getApplicationfolder reads /proc/self/exe when no QCoreApplication exists.
-// The application-support folders are the XDG data home (~/.local/share), not ~/Library.
-// waitForProcess polls every millisecond instead of spinning on the processor.
-// activateApp raises and activates the application's focus or first visible window.
+// Application support (both values): the XDG data home, ~/.local/share, not ~/Library.
+// exec splits with QRegularExpression, alternatives in order (QRegExp would take the longest).
+// Documents (from exec and the Windows-1252 opener) are opened under their real UTF-8 names.
+// waitForProcess pauses 1 ms between polls instead of spinning; a pid <= 0 answers true.
+// activateApp raises and activates the focus window, or else the first visible one.
+// getDirectoryEntries keeps QDirIterator's default filters: hidden names are not listed.
 #ifndef CROSS_PLATFORM_API_H
 #define CROSS_PLATFORM_API_H
 

@@ -56,6 +56,8 @@ void activateApp()
     if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
         return;
     QWindow* window = QGuiApplication::focusWindow();
+    if (window && !window->isVisible())
+        window = nullptr;
     if (!window) {
         for (QWindow* candidate : QGuiApplication::topLevelWindows()) {
             if (candidate->isVisible()) {

@@ -144,6 +144,7 @@ TEST(DirectoryEntries, WildcardsBecomeRegularExpressions)
         {"no*", {"noext"}},
         {"*.d", {"sub.d"}},
         {"zzz", {}},
+        {"a(.txt", {}},                     // not a valid expression: nothing matches
     };
     for (const Case& c : cases)
         EXPECT_EQ(sorted(cpa::getDirectoryEntries(dir.path(), c.pattern)), c.names) << c.pattern;

@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <QWidget>
 
 #include <algorithm>
 #include <clocale>
@@ -84,6 +85,7 @@ char* GuiTest::s_argv[] = {g_name, nullptr};
 
 using MessageBox = GuiTest;
 using Assertion = GuiTest;
+using Desktop = GuiTest;
 
 const char* const kAssertionText =
     "ASSERTION in main.c, line 12.\nAusdruck:\nx > 0\n"
@@ -159,6 +161,25 @@ TEST(MessageBoxWithoutGui, ReportsOnStderrAndAnswersLikeAFailedBox)
         EXPECT_EQ(cpa::messageBox(c.text, c.caption, c.type), 2);
         EXPECT_EQ(testing::internal::GetCapturedStderr(), c.printed);
     }
+}
+
+TEST_F(Desktop, ActivateAppBringsAWindowToTheFront)
+{
+    activateApp(); // no window yet: nothing to do
+    QWidget first, second;
+    first.show();
+    second.show();
+    QApplication::setActiveWindow(&second);
+    second.hide();
+    QApplication::processEvents();
+    activateApp();
+    QApplication::processEvents();
+    EXPECT_EQ(QApplication::activeWindow(), &first);
+}
+
+TEST(DesktopWithoutGui, ActivateAppDoesNothing)
+{
+    activateApp();
 }
 
 TEST_F(Assertion, ShowsExpressionAndPositionAndFollowsTheChoice)
