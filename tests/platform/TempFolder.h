@@ -1,5 +1,5 @@
-// A fresh folder for one test, removed with everything in it afterwards, and
-// small file helpers for the platform tests.
+// A fresh folder per test, removed with its contents afterwards, and small
+// file and environment helpers for the platform tests.
 #ifndef KZBS_TESTS_PLATFORM_TEMP_FOLDER_H
 #define KZBS_TESTS_PLATFORM_TEMP_FOLDER_H
 
@@ -14,21 +14,12 @@ namespace kzbs_test {
 
 class TempFolder {
 public:
-    TempFolder()
+    TempFolder() : m_path(std::string(std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp") + "/kzbs-XXXXXX")
     {
-        const char* base = std::getenv("TMPDIR");
-        std::string pattern = std::string(base && *base ? base : "/tmp") + "/kzbs-platform-XXXXXX";
-        if (::mkdtemp(&pattern[0]))
-            m_path = pattern;
+        if (!::mkdtemp(&m_path[0]))
+            m_path.clear();
     }
-    ~TempFolder()
-    {
-        if (!m_path.empty())
-            std::system(("rm -rf '" + m_path + "'").c_str());
-    }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
+    ~TempFolder() { std::system(("rm -rf '" + m_path + "'").c_str()); }
     const std::string& path() const { return m_path; }
     std::string operator/(const std::string& name) const { return m_path + "/" + name; }
 
@@ -38,15 +29,14 @@ private:
 
 inline void writeFile(const std::string& path, const std::string& content, mode_t mode = 0644)
 {
-    { std::ofstream(path, std::ios::binary) << content; }
+    std::ofstream(path, std::ios::binary) << content;
     ::chmod(path.c_str(), mode);
 }
 
 inline std::string readFile(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
 }
 
@@ -56,24 +46,19 @@ inline bool exists(const std::string& path)
     return ::stat(path.c_str(), &status) == 0;
 }
 
-// Sets (or with nullptr unsets) an environment variable for the scope.
+// Sets (nullptr: unsets) an environment variable for the scope.
 class ScopedEnv {
 public:
-    ScopedEnv(const char* name, const char* value) : m_name(name)
+    ScopedEnv(const char* name, const char* value) : m_name(name), m_had(std::getenv(name))
     {
-        if (const char* old = std::getenv(name)) {
-            m_hadOld = true;
-            m_old = old;
-        }
+        m_old = m_had ? std::getenv(name) : "";
         value ? ::setenv(name, value, 1) : ::unsetenv(name);
     }
-    ~ScopedEnv() { m_hadOld ? ::setenv(m_name.c_str(), m_old.c_str(), 1) : ::unsetenv(m_name.c_str()); }
-    ScopedEnv(const ScopedEnv&) = delete;
-    ScopedEnv& operator=(const ScopedEnv&) = delete;
+    ~ScopedEnv() { m_had ? ::setenv(m_name.c_str(), m_old.c_str(), 1) : ::unsetenv(m_name.c_str()); }
 
 private:
     std::string m_name;
-    bool m_hadOld = false;
+    bool m_had;
     std::string m_old;
 };
 
