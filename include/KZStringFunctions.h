@@ -1,10 +1,80 @@
-// KZStringFunctions.h - text utilities.
+// KZStringFunctions.h - text utilities: string functions and no-case
+// comparators, number and text conversions, a stream buffer over fixed
+// memory, and the assertion handler.
+//
+// All text is 8-bit: std::string of signed char, Latin-1/Windows-1252 in
+// practice. Case folding changes the ASCII letters only: bytes 0x80-0xFF reach
+// the C library's toupper/tolower sign-extended (as negative numbers) and come
+// back unchanged, so umlauts keep their case. The library never sets a locale.
+// Nothing here throws on purpose; the two exceptions (expand with a fill of
+// 0x80 or above, formatDoubleToString asked to pad) are std::length_error and
+// are documented at the functions.
+// Threads: every function is re-entrant except KZStringFunctions::intToString,
+// which formats into one static buffer shared by all callers.
+// Where a caller breaks a precondition (a buffer too small, a search text that
+// is empty, a stream holding NUL bytes), the function takes the safe way
+// described at it instead of reading or writing out of bounds.
 #ifndef KZ_STRING_FUNCTIONS_H
 #define KZ_STRING_FUNCTIONS_H
 
 #include "KZExport.h"
 
+#include <cstddef>
 #include <string>
+
+// --- Number and text conversions -------------------------------------------
+
+// Writes value as text plus NUL into buffer and returns buffer. Radix 16 gives
+// lower-case hexadecimal, 8 octal, anything else decimal; no prefix, no
+// padding. In hexadecimal and octal a negative value is its 32-bit two's
+// complement (-28 in radix 16 is "ffffffe4"); decimal has a leading '-'.
+// The buffer is not checked: 12 bytes are always enough. A null buffer
+// writes nothing and returns nullptr.
+KZBS_API char* itoa(int value, char* buffer, int radix);
+
+// As itoa for a long. Values in the 32-bit range give exactly the text itoa
+// gives (so texts match those written where long had 32 bits); a long beyond
+// that range is written in full, which may take up to 23 bytes (octal).
+KZBS_API char* ltoa(long value, char* buffer, int radix);
+
+// Bounded forms: write only if the text and its NUL fit into size bytes.
+// Return 0 on success, EINVAL for a null buffer or size 0, ERANGE when the
+// buffer is too small (buffer then holds the empty text).
+KZBS_API int itoa_s(int value, char* buffer, std::size_t size, int radix);
+KZBS_API int ltoa_s(long value, char* buffer, std::size_t size, int radix);
+
+// Hexadecimal text of value as ltoa(value, ..., 16) gives it, with "0x" in
+// front when withPrefix is set: lTohex(255, true) is "0xff".
+KZBS_API std::string lTohex(long value, bool withPrefix);
+
+// Fixed-point text of value: printf "%.*f" with precision digits, the first
+// '.' replaced by decimalChar (unless NUL), then thousandsChar (unless NUL)
+// inserted every three places left of the last decimalChar, ((p - 4) / 3) + 1
+// times where p is that position. Two properties are kept for compatibility:
+// without a decimal separator the groups count from one place right of the
+// end (1234567, precision 0 gives "12.345.67"), and a minus sign counts as a
+// digit (-123.5 gives "-.123,5"). Zero, negative zero included, prints as
+// positive zero. The text follows the C library's numeric locale.
+// width: a width not greater than the text's length returns the text; a
+// larger width is never honoured and throws std::length_error, as it always
+// has (callers pass 0).
+KZBS_API std::string formatDoubleToString(double value, unsigned short precision, unsigned short width,
+                                          char decimalChar, char thousandsChar);
+
+// A number written with a decimal point in German notation: the last '.'
+// becomes ','; with group set, '.' is inserted every three digits left of the
+// decimal comma (or of the last digit), never separating a sign or a word
+// from the number: "1234567.89" -> "1.234.567,89", "1234 EUR" -> "1.234 EUR".
+KZBS_API std::string reformatNumString(const std::string& text, bool group);
+
+// One-line form of a text: CR -> "\r", LF -> "\n", backslash -> two
+// backslashes; every other byte, tab included, unchanged. A null text gives "".
+KZBS_API std::string c2txt(const char* text);
+
+// The inverse reading: "\r", "\t", "\n" and a doubled backslash are decoded,
+// a backslash before any other character is dropped. A lone backslash at the
+// very end has nothing to escape and is kept as a backslash.
+KZBS_API std::string txt2c(const std::string& text);
 
 // --- Assertions and error texts --------------------------------------------
 
