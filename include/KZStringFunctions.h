@@ -20,7 +20,114 @@
 #include "KZExport.h"
 
 #include <cstddef>
+#include <iosfwd>
 #include <string>
+
+// --- String functions -------------------------------------------------------
+
+// Static functions over byte strings: runs of a character, stripping,
+// padding, case folding, no-case comparison and search, replacement, hashing,
+// line and whole-stream reading, and XML escaping.
+class KZBS_API KZStringFunctions {
+public:
+    enum StripType { StripLeading = 0, StripTrailing = 1, StripBoth = 2 };
+
+    // First position of s whose character differs from c; end() when every
+    // character equals c or s is empty.
+    static std::string::const_iterator findFirstDifferent(const std::string& s, char c);
+
+    // Scanning backwards from the end, never past first: the position just
+    // behind the last character that differs from c. end() when the last
+    // character differs; first when s is empty, first is end(), or every
+    // character from first on equals c.
+    static std::string::const_iterator findLastDifferent(const std::string& s, char c,
+                                                         std::string::const_iterator first);
+
+    // s without the run of c at the front, the end, or both. A text made only
+    // of c strips to "". Any type value other than the three gives "" for a
+    // non-empty s (kept for compatibility).
+    static std::string strip(const std::string& s, StripType type, char c);
+
+    // Cuts s to width characters, or pads it. Padding is deliberately odd and
+    // kept for compatibility: the roles are exchanged, so the pad holds
+    // (fill as signed char) bytes, each of value (width - length) mod 256:
+    // expand("abc", 5, 'A') is "abc" plus 65 bytes of value 2. A fill of 0x80
+    // or above asks for an impossible length and throws std::length_error.
+    static std::string expand(const std::string& s, unsigned int width, char fill);
+
+    // 32-bit hash: per byte, rotate left by 7 and XOR the sign-extended byte
+    // ("A" is 0x41, "AB" 0x20C2). nullptr and "" give 0. The string form
+    // hashes up to the first NUL.
+    static int hash(const char* text);
+    static int hash(const std::string& s);
+
+    // toupper(a) == toupper(b), ASCII letters folded only.
+    static bool nocase_compare(char a, char b);
+
+    // Index of the first no-case occurrence of needle, or -1. An empty needle
+    // is found at 0 in a non-empty haystack; an empty haystack gives -1.
+    static int findNoCase(const std::string& haystack, const std::string& needle);
+    static bool containsNoCase(const std::string& haystack, const std::string& needle);
+
+    // CrossPlatformApi::strCmpNoCase (strcasecmp): equality, and the
+    // comparison's result unchanged (negative, 0, positive).
+    static bool equalsNoCase(const char* a, const char* b);
+    static bool equalsNoCase(const std::string& a, const std::string& b);
+    static int compareNoCase(const char* a, const char* b);
+    static int compareNoCase(const std::string& a, const std::string& b);
+
+    // strncmp of both texts from offset pos, at most n characters; a text not
+    // longer than pos takes part as "". Stops at a NUL byte.
+    static int compare(const std::string& s1, const std::string& s2, std::size_t pos, std::size_t n);
+
+    // atoi: leading blanks and a sign accepted, stops at the first non-digit,
+    // 0 if there is none. A value beyond int is clamped to INT_MIN/INT_MAX.
+    static int stringToInt(const std::string& s);
+
+    // Decimal text of i. Formats into one static buffer: not thread-safe.
+    static std::string intToString(int i);
+
+    // Replaces the first occurrence of search in s; false and s untouched if
+    // there is none (an empty search is found at 0).
+    static bool replace(std::string& s, const std::string& search, const std::string& replacement);
+
+    // Replaces every occurrence of search, continuing behind each inserted
+    // replacement, so replaced text is never searched again. Returns whether
+    // anything was replaced; false at once when search equals replacement.
+    // An empty search text matches nowhere: false, s untouched.
+    static bool replaceAll(std::string& s, const std::string& search, const std::string& replacement);
+
+    // One line of at most 511 characters, newline consumed and not stored (a
+    // CR before it stays). Returns false and leaves line alone when the read
+    // sets any stream state bit: a last line without newline is lost, and a
+    // longer line fails. Text after a NUL byte in a line is not stored.
+    static bool readLine(std::istream& in, std::string& line);
+
+    // The rest of the stream into text; returns the number of characters read,
+    // or -1 (text empty) when the stream's state was not good to begin with.
+    // NUL bytes are skipped: neither stored nor counted.
+    static int readFromFile(std::istream& in, std::string& text);
+
+    // Case folding in place and as copies; ASCII letters only, whatever the
+    // locale (umlauts keep their case).
+    static void toLower(std::string& s);
+    static void toUpper(std::string& s);
+    static std::string lower(const std::string& s);
+    static std::string upper(const std::string& s);
+
+    static void reverse(std::string& s);
+
+    // & < > " ' as XML entities; every other byte copied unchanged.
+    static std::string translateSpecialCharsToXml(const std::string& s);
+};
+
+// Orderings without regard to case (strCmpNoCase), for sorted containers.
+struct KZBS_API KZStringLessNoCase {
+    bool operator()(const std::string& a, const std::string& b) const;
+};
+struct KZBS_API KZStringGreaterNoCase {
+    bool operator()(const std::string& a, const std::string& b) const;
+};
 
 // --- Number and text conversions -------------------------------------------
 
