@@ -1,6 +1,7 @@
 // KZStringFunctions.h - text utilities: string functions and no-case
 // comparators, number and text conversions, a stream buffer over fixed
-// memory, and the assertion handler.
+// memory (FixedSizeMemoryBuf), and the assertion handler. The pattern
+// matcher has its own header, KZRegExp.h.
 //
 // All text is 8-bit: std::string of signed char, Latin-1/Windows-1252 in
 // practice. Case folding changes the ASCII letters only: bytes 0x80-0xFF reach
@@ -21,6 +22,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <streambuf>
 #include <string>
 
 // --- String functions -------------------------------------------------------
@@ -182,6 +184,36 @@ KZBS_API std::string c2txt(const char* text);
 // a backslash before any other character is dropped. A lone backslash at the
 // very end has nothing to escape and is kept as a backslash.
 KZBS_API std::string txt2c(const std::string& text);
+
+// --- Stream buffer over fixed memory ----------------------------------------
+
+// Lets the standard stream classes read and write one fixed block of memory:
+// the get area and the put area both cover the whole block and advance
+// independently (reading starts at the beginning whatever was written).
+// It cannot grow and cannot seek: a read at the end reports end of file, a
+// write into a full block fails (the stream sets its bad bit), seeking gives
+// position -1. Every virtual operation but the destructor is the standard
+// stream buffer's own.
+class KZBS_API FixedSizeMemoryBuf : public std::basic_streambuf<char> {
+public:
+    // Over memory the caller owns and keeps alive; it is never released here.
+    // A null memory gives an empty block whatever size says.
+    FixedSizeMemoryBuf(char* memory, unsigned long size);
+
+    // Over a block of size bytes owned by the buffer, not initialised. When
+    // the block cannot be allocated the buffer is empty instead of throwing.
+    explicit FixedSizeMemoryBuf(unsigned long size);
+
+    ~FixedSizeMemoryBuf() override;
+
+    FixedSizeMemoryBuf(const FixedSizeMemoryBuf&) = delete;
+    FixedSizeMemoryBuf& operator=(const FixedSizeMemoryBuf&) = delete;
+
+private:
+    void coverBlock(char* memory, unsigned long size);
+
+    char* m_owned; // the block allocated by the size constructor, else null
+};
 
 // --- Assertions and error texts --------------------------------------------
 
