@@ -131,7 +131,9 @@ public:
 // nothing is reported. A missing or unreadable file reads like an empty one.
 // The file name is local 8-bit; sections, keys, defaults and values are
 // Latin-1 (Windows-1252 for the Latin-1 characters); results are Latin-1.
-// A null pointer reads as the empty text.
+// A null pointer reads as the empty text. Qt's INI syntax applies: a value
+// with commas must be quoted ("a, b") when written by hand; unquoted it is a
+// list, which reads as the empty text.
 
 // The text under `key` in [section]; `defaultValue` where file, section or key
 // is missing.
