@@ -45,9 +45,10 @@ TEST(IniFiles, HandWrittenFileIsRead)
     TempFolder dir;
     const std::string file = dir / "hand.ini";
     kzbs_test::writeFile(file, "; planner\n[Database]\nhost = db.example\nport=5432\nname=\n\n"
-                               "[N]\nword=abc\nnegative=-7\ntitle=\"Planer, Version 2\"\n");
+                               "[N]\nword=abc\nnegative=-7\ntitle=\"Planer, Version 2\"\nlist=a, b\n");
     EXPECT_EQ(cpa::getIniString("Database", "host", "", file.c_str()), "db.example");
     EXPECT_EQ(cpa::getIniString("N", "title", "", file.c_str()), "Planer, Version 2");
+    EXPECT_EQ(cpa::getIniString("N", "list", "-", file.c_str()), ""); // unquoted commas: a list
     EXPECT_EQ(cpa::getIniInt("Database", "port", 0, file.c_str()), 5432);
     EXPECT_EQ(cpa::getIniInt("N", "negative", 0, file.c_str()), -7);
     EXPECT_EQ(cpa::getIniInt("N", "word", 99, file.c_str()), 0);  // no number: 0, not the default
