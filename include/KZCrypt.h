@@ -157,7 +157,8 @@ KZBS_API int rijndaelDecryptRound(unsigned char a[4][MAXBC],
 
 // Step functions on the first BC columns of a state (BC is clamped to 0..4;
 // ShiftRow rotates by the 4-column offsets modulo BC). rk is one round key in
-// the schedule's column order; d is 0 for encryption, 1 for decryption.
+// the schedule's column order; d is 0 for encryption, 1 (or any other value)
+// for decryption.
 KZBS_API unsigned char mul(unsigned char a, unsigned char b);
 KZBS_API void KeyAddition(unsigned char a[4][MAXBC], const unsigned char rk[4][4], unsigned char BC);
 KZBS_API void ShiftRow(unsigned char a[4][MAXBC], unsigned char d, unsigned char BC);
@@ -273,8 +274,10 @@ private:
 };
 
 // AES-CBC with the fixed IV 7E21C9A4D05B38F67E21C9A4D05B38F6, stream tag
-// "RCBC". Equal plaintexts under equal keys give equal ciphertexts. Buffers of
-// 256 MiB and more are processed in pieces that continue one CBC chain.
+// "RCBC". Equal plaintexts under equal keys give equal ciphertexts. Every
+// buffer, up to the format's 4 GiB, is one CBC chain: as the block functions
+// count bits in an int, large buffers go through them in pieces that carry
+// the chain on.
 class KZBS_API KZCryptRijndael : public KZCrypt {
 public:
     KZCryptRijndael(const std::string& key, KeySize size, bool useByteTable);

@@ -248,27 +248,13 @@ void hwDecryptCbc(const unsigned char* in, unsigned char* out, std::size_t block
     cbcDispatch(false, in, out, blocks, W, rounds, iv);
 }
 
-#else // no AES instructions on this architecture: the portable code serves
+#else // no AES instructions on this architecture: cpuHasAes() is false and
+      // the kernels are never called.
 
 bool cpuHasAes() { return false; }
-
-void hwEncryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds)
-{
-    encryptBlockPortable(in, out, W, rounds);
-}
-
-void hwEncryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
-{
-    for (std::size_t b = 0; b < blocks; ++b)
-        encryptBlockPortable(in + 16 * b, out + 16 * b, W, rounds);
-}
-
-void hwDecryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
-{
-    for (std::size_t b = 0; b < blocks; ++b)
-        decryptBlockPortable(in + 16 * b, out + 16 * b, W, rounds);
-}
-
+void hwEncryptBlock(const unsigned char*, unsigned char*, RoundKeys, int) {}
+void hwEncryptEcb(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int) {}
+void hwDecryptEcb(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int) {}
 void hwEncryptCbc(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int, const unsigned char*) {}
 void hwDecryptCbc(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int, const unsigned char*) {}
 
