@@ -30,6 +30,9 @@
 //
 // Stream integers are written little-endian (the byte order of every platform
 // this library is built for).
+// Choices made here: the step functions serve 128-bit blocks only (BC clamped
+// to 4); setCryptedBuffer allocates and copies all cryptedSize bytes; wiping
+// uses explicit_bzero so the compiler cannot drop it.
 #ifndef KZ_CRYPT_H
 #define KZ_CRYPT_H
 
