@@ -30,9 +30,7 @@
 //
 // Stream integers are written little-endian (the byte order of every platform
 // this library is built for).
-// Choices made here: the step functions serve 128-bit blocks only (BC clamped
-// to 4); setCryptedBuffer allocates and copies all cryptedSize bytes; wiping
-// uses explicit_bzero so the compiler cannot drop it.
+// Choices: step functions for 128-bit blocks only; setCryptedBuffer allocates; wipes use explicit_bzero.
 #ifndef KZ_CRYPT_H
 #define KZ_CRYPT_H
 

@@ -70,6 +70,9 @@ TEST_F(CliCrypt, PipesAndKeySources)
     const auto viaEnv = runKzbs({"encrypt", "--key-env", "KZ_TEST_KEY", "-", "-"}, "some text", {"KZ_TEST_KEY=correct horse"});
     ASSERT_EQ(viaFile.status, 0) << viaFile.err;
     EXPECT_EQ(viaFile.out, viaEnv.out);
+    // The portable cipher code gives the same bytes as the AES instructions.
+    EXPECT_EQ(runKzbs({"encrypt", "--key-file", path("key"), "-", "-"}, "some text", {"KZ_AES_PORTABLE=1"}).out,
+              viaFile.out);
     write("crlf", "correct horse\r\n");
     EXPECT_EQ(runKzbs({"encrypt", "--key-file", path("crlf"), "-", "-"}, "some text").out, viaFile.out);
 
