@@ -246,11 +246,15 @@ public:
     unsigned int getBufferSize() const { return m_bufferSize; }
     unsigned int getCryptedSize() const { return m_cryptedSize; }
 
-    // Reads a stream written by writeEncrypted. false, with the object empty,
-    // on: another tag (only 4 bytes are read), sizes that cannot belong to a
-    // buffer (cryptedSize not a multiple of 16 or smaller than bufferSize), or
-    // a stream that ends early. Memory grows only with the bytes the stream
-    // actually delivers, whatever size it claims. Does not decode.
+    // Reads a stream written by writeEncrypted; does not decode. The two sizes
+    // are taken as they stand, not checked against each other (encode/decode
+    // touch whole blocks of cryptedSize only; a caller reads at most
+    // min(bufferSize, cryptedSize) bytes). false on another tag (only 4 bytes
+    // are read; the object stays empty) and on a stream that ends early: then
+    // the sizes stay and the buffer holds cryptedSize bytes, those that
+    // arrived followed by zeros - unless more than 64 MiB are missing, which
+    // leaves the object empty rather than spend memory on a damaged claim.
+    // Memory otherwise grows with the bytes the stream actually delivers.
     bool readEncrypted(std::istream& in);
     // Writes the buffer as it stands (encode first). false if the stream
     // fails, or, writing nothing, if setSize claimed more bytes than are held.

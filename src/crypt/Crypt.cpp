@@ -67,31 +67,34 @@ std::streamoff bytesLeft(std::istream& in)
     return end - here;
 }
 
-// Reads exactly `size` bytes into a new block, or returns null if the stream
-// ends first. The block grows with the bytes delivered, so a stream claiming
-// gigabytes it does not have costs at most twice what it has.
-std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size)
+// Reads up to `size` bytes into a new block; `have` tells how many arrived.
+// The block grows with the bytes delivered, so a stream claiming gigabytes it
+// does not have costs at most twice what it has.
+std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size, std::uint32_t& have)
 {
     const std::streamoff left = bytesLeft(in);
-    if (left >= 0 && left < static_cast<std::streamoff>(size))
-        return nullptr;
-    std::uint32_t capacity = left >= 0 ? size : std::min(size, kFirstReadChunk);
+    std::uint32_t capacity = left >= 0 ? static_cast<std::uint32_t>(std::min<std::streamoff>(size, left))
+                                       : std::min(size, kFirstReadChunk);
     std::unique_ptr<char[]> block(new char[capacity]);
-    std::uint32_t have = 0;
+    have = 0;
     for (;;) {
         in.read(block.get() + have, capacity - have);
         have += static_cast<std::uint32_t>(in.gcount());
-        if (have < capacity)
-            return nullptr;
-        if (capacity == size)
+        if (have < capacity || capacity == size || !in)
             return block;
-        const std::uint32_t grown = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, 2ull * capacity));
+        const std::uint64_t wanted = std::max<std::uint64_t>(2ull * capacity, kFirstReadChunk);
+        const std::uint32_t grown = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, wanted));
         std::unique_ptr<char[]> bigger(new char[grown]);
         std::memcpy(bigger.get(), block.get(), have);
         block = std::move(bigger);
         capacity = grown;
     }
 }
+
+// A short stream keeps its claimed sizes and a buffer of cryptedSize bytes
+// holding what arrived, zero-filled, unless the claim exceeds what arrived by
+// more than this: then the stream is too damaged to be worth the memory.
+constexpr std::uint32_t kMaxShortfall = 64u << 20;
 
 } // namespace
 
@@ -234,20 +237,25 @@ bool KZCrypt::readEncrypted(std::istream& in)
     tagBytes(m_typeTag, expected);
     if (!in.read(tag, 4) || std::memcmp(tag, expected, 4) != 0)
         return false;
-    char sizes[8];
-    if (!in.read(sizes, 8))
+    char sizes[8] = {}; // a size that arrives only in part keeps zero bytes
+    in.read(sizes, 8);
+    m_bufferSize = getLittleEndian(sizes);
+    m_cryptedSize = getLittleEndian(sizes + 4);
+    std::uint32_t have = 0;
+    std::unique_ptr<char[]> block = in ? readBlock(in, m_cryptedSize, have) : nullptr;
+    if (have == m_cryptedSize && block) {
+        takeBuffer(block.release(), m_cryptedSize);
+        return !in.fail();
+    }
+    if (m_cryptedSize - have > kMaxShortfall) {
+        clearBuffer();
         return false;
-    const std::uint32_t bufferSize = getLittleEndian(sizes);
-    const std::uint32_t cryptedSize = getLittleEndian(sizes + 4);
-    if (cryptedSize % 16 != 0 || cryptedSize < bufferSize)
-        return false;
-    std::unique_ptr<char[]> block = readBlock(in, cryptedSize);
-    if (!block)
-        return false;
-    m_bufferSize = bufferSize;
-    m_cryptedSize = cryptedSize;
-    takeBuffer(block.release(), cryptedSize);
-    return !in.fail();
+    }
+    char* whole = new char[m_cryptedSize]();
+    if (have)
+        std::memcpy(whole, block.get(), have);
+    takeBuffer(whole, m_cryptedSize);
+    return false;
 }
 
 // --- KZCryptRijndael ------------------------------------------------------------
