@@ -41,6 +41,7 @@ bool KZFileName::isWritable() const
 KZTime KZFileName::getFileTime() const
 {
     KZTime time;
+    time.set_time_t(-1); // the null time, which a missing file keeps
     struct stat info;
     if (::stat(systemName(compose()).c_str(), &info) == 0)
         time.set_time_t(static_cast<long>(info.st_mtime));
