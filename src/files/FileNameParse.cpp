@@ -2,25 +2,57 @@
 // the directory part that goes with it.
 #include "KZFileName.h"
 
+// Parsing runs for every name an application touches, so the scans below are
+// written out by hand instead of using the set searches of std::string,
+// which test each character against the set with a library call.
 namespace {
+
+inline bool isSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
 
 bool isDotOrDotDot(const char* text, std::size_t length)
 {
     return (length == 1 && text[0] == '.') || (length == 2 && text[0] == '.' && text[1] == '.');
 }
 
-// True when s already has one current separator wherever it has any, so the
-// rewrite of separator runs would not change it.
-bool hasCleanSeparators(const std::string& s)
+// The last separator at or after `from`, or npos.
+std::size_t findLastSeparator(const std::string& s, std::size_t from)
 {
-    bool previousWasSeparator = false;
-    for (char c : s) {
-        const bool separator = KZFileName::isDirSeparator(c);
-        if (separator && (previousWasSeparator || c != KZFileName::sm_dirSeparatorChar))
-            return false;
-        previousWasSeparator = separator;
-    }
-    return true;
+    for (std::size_t i = s.size(); i > from; --i)
+        if (isSeparator(s[i - 1]))
+            return i - 1;
+    return std::string::npos;
+}
+
+// The first separator at or after `from`, or npos.
+std::size_t findFirstSeparator(const std::string& s, std::size_t from)
+{
+    for (std::size_t i = from; i < s.size(); ++i)
+        if (isSeparator(s[i]))
+            return i;
+    return std::string::npos;
+}
+
+// The first "/.." at or after `from`, or npos.
+std::size_t findParentReference(const std::string& s, std::size_t from)
+{
+    for (std::size_t i = from; i + 2 < s.size(); ++i)
+        if (s[i] == '/' && s[i + 1] == '.' && s[i + 2] == '.')
+            return i;
+    return std::string::npos;
+}
+
+// The first position where collapsing separator runs into one current
+// separator would change s, or s.size() when it would not.
+std::size_t firstUncleanSeparator(const std::string& s)
+{
+    const char current = KZFileName::sm_dirSeparatorChar;
+    for (std::size_t i = 0; i < s.size(); ++i)
+        if (isSeparator(s[i]) && (s[i] != current || (i + 1 < s.size() && isSeparator(s[i + 1]))))
+            return i;
+    return s.size();
 }
 
 } // namespace
@@ -43,7 +75,7 @@ void KZFileName::parse(const std::string& s)
         begin = colon + 1;
     } else if (!work.empty() && work[0] == '\\') {
         m_drive.clear();
-        const std::size_t end = work.find_first_of(sm_dirSeparators, 2);
+        const std::size_t end = findFirstSeparator(work, 2);
         if (end == std::string::npos) {
             m_unc = work;
             begin = work.size();
@@ -53,8 +85,8 @@ void KZFileName::parse(const std::string& s)
         }
     }
 
-    const std::size_t lastSeparator = work.find_last_of(sm_dirSeparators);
-    if (lastSeparator != std::string::npos && lastSeparator >= begin) {
+    const std::size_t lastSeparator = findLastSeparator(work, begin);
+    if (lastSeparator != std::string::npos) {
         m_dir.assign(work, begin, lastSeparator + 1 - begin);
         removeRedundantDirSeperators(m_dir);
         begin = lastSeparator + 1;
@@ -79,40 +111,38 @@ void KZFileName::parse(const std::string& s)
 
 void KZFileName::removeRedundantDirSeperators(std::string& s)
 {
-    if (!hasCleanSeparators(s)) {
-        std::string cleaned;
-        cleaned.reserve(s.size());
-        bool previousWasSeparator = false;
-        for (char c : s) {
-            const bool separator = isDirSeparator(c);
-            if (!separator)
-                cleaned += c;
-            else if (!previousWasSeparator)
-                cleaned += sm_dirSeparatorChar;
-            previousWasSeparator = separator;
-        }
-        s.swap(cleaned);
+    // Collapsing runs only ever shortens the text, so it is done in place,
+    // starting where the first change is due.
+    std::size_t written = firstUncleanSeparator(s);
+    bool previousWasSeparator = false;
+    for (std::size_t read = written; read < s.size(); ++read) {
+        const char c = s[read];
+        const bool separator = isSeparator(c);
+        if (!separator)
+            s[written++] = c;
+        else if (!previousWasSeparator)
+            s[written++] = sm_dirSeparatorChar;
+        previousWasSeparator = separator;
     }
+    s.resize(written);
     removeRedundantPathElements(s);
 }
 
 void KZFileName::removeRedundantPathElements(std::string& s)
 {
-    static const char parent[] = "/..";
-    const std::size_t parentLength = sizeof parent - 1;
-
-    const bool relative = !s.empty() && !isDirSeparator(s[0]);
+    const std::size_t parentLength = 3; // "/.."
+    const bool relative = !s.empty() && !isSeparator(s[0]);
     std::size_t searchStart = 0;
-    std::size_t found = s.find(parent, searchStart, parentLength);
+    std::size_t found = findParentReference(s, searchStart);
     while (found != std::string::npos) {
         const std::string left = getLeftDir(s, found);
         if (left.empty())
             searchStart = found + parentLength;
         else
             s.erase(found - left.size(), left.size() + parentLength);
-        found = s.find(parent, searchStart, parentLength);
+        found = findParentReference(s, searchStart);
     }
-    if (relative && !s.empty() && isDirSeparator(s[0]))
+    if (relative && !s.empty() && isSeparator(s[0]))
         s.erase(0, 1);
 }
 

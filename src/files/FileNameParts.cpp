@@ -87,7 +87,14 @@ bool KZFileName::isValid() const
 
 std::string KZFileName::compose() const
 {
-    std::string text = getFullPath();
+    std::string text;
+    text.reserve(m_drive.size() + m_unc.size() + m_dir.size() + 1 + m_name.size() + 1 + m_ext.size());
+    text += m_drive;
+    text += m_unc;
+    if (!m_dir.empty()) {
+        text += m_dir;
+        addTrailingDirSeparator(text);
+    }
     text += m_name;
     if (!m_ext.empty()) {
         text += sm_extensionChar;
