@@ -4,105 +4,62 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
-#include <string>
 
 namespace {
 
 const std::string kWrongType = "Falscher Dateityp.";
 const std::string kDamaged = "Zerst\xF6" "rte Datei.";
+const std::string kAbc("ABC\0\xCD\0\x64\0\x01", 9); // "ABC", versions 205 and 100, flag 1
 
 class Header : public KZFileHeader {
 public:
     explicit Header(std::string type, unsigned short v1 = 0, unsigned short v2 = 0, unsigned char flag = 0)
-        : m_type(std::move(type))
-    {
-        m_version1 = v1;
-        m_version2 = v2;
-        m_flag = flag;
-    }
+        : m_type(std::move(type)) { m_version1 = v1; m_version2 = v2; m_flag = flag; }
     std::string getFileType() const override { return m_type; }
+    bool readFrom(const std::string& bytes) { std::istringstream in(bytes); return read(in); }
 
 private:
     std::string m_type;
 };
 
-std::string written(const KZFileHeader& header)
-{
-    std::ostringstream out;
-    EXPECT_TRUE(header.write(out));
-    return out.str();
-}
-
-const std::string kAbcBytes("ABC\0\xCD\0\x64\0\x01", 9);
-
-TEST(FileHeader, StartsZeroed)
-{
-    const Header h("T");
-    EXPECT_EQ(h.getVersion1(), 0);
-    EXPECT_EQ(h.getVersion2(), 0);
-    EXPECT_EQ(h.getFlag(), 0);
-    EXPECT_EQ(h.getErrorMsg(), "");
-}
-
 TEST(FileHeader, WritesIdentifierNulWordsAndFlag)
 {
-    const Header abc("ABC", 205, 100, 1);
-    EXPECT_EQ(written(abc), kAbcBytes);
-    EXPECT_EQ(abc.getBinaryStoreSize(), 9u);
-    EXPECT_EQ(written(Header("", 0x1234, 0xFFFF, 0xFE)), std::string("\0\x34\x12\xFF\xFF\xFE", 6));
+    std::ostringstream out, tiny, failed;
+    EXPECT_TRUE(Header("ABC", 205, 100, 1).write(out));
+    EXPECT_EQ(out.str(), kAbc);
+    EXPECT_EQ(Header("ABC").getBinaryStoreSize(), 9u);
+    EXPECT_TRUE(Header("", 0x1234, 0xFFFF, 0xFE).write(tiny));
+    EXPECT_EQ(tiny.str(), std::string("\0\x34\x12\xFF\xFF\xFE", 6));
+    failed.setstate(std::ios::failbit);
+    EXPECT_FALSE(Header("ABC").write(failed));
 }
 
-TEST(FileHeader, WriteReportsAFailedStream)
+TEST(FileHeader, ReadRestoresTheFieldsOfTheRightType)
 {
-    std::ostringstream out;
-    out.setstate(std::ios::failbit);
     Header h("ABC");
-    EXPECT_FALSE(h.write(out));
-    EXPECT_EQ(h.getErrorMsg(), "");
-}
-
-TEST(FileHeader, ReadRestoresTheFields)
-{
-    std::istringstream in(kAbcBytes + "rest");
-    Header h("ABC");
-    ASSERT_TRUE(h.read(in));
+    EXPECT_EQ(h.getVersion1() + h.getVersion2() + h.getFlag(), 0);
+    ASSERT_TRUE(h.readFrom(kAbc + "rest"));
     EXPECT_EQ(h.getVersion1(), 205);
     EXPECT_EQ(h.getVersion2(), 100);
     EXPECT_EQ(h.getFlag(), 1);
     EXPECT_EQ(h.getErrorMsg(), "");
-    std::string rest;
-    in >> rest;
-    EXPECT_EQ(rest, "rest");
-}
-
-TEST(FileHeader, LongestIdentifierFits)
-{
-    const std::string type(127, 'T');
-    std::istringstream in(written(Header(type, 1, 2, 3)));
-    Header h(type);
-    EXPECT_TRUE(h.read(in));
-    EXPECT_EQ(h.getFlag(), 3);
+    std::ostringstream longest;
+    Header(std::string(127, 'T'), 1, 2, 3).write(longest);
+    EXPECT_TRUE(Header(std::string(127, 'T')).readFrom(longest.str()));
 }
 
 TEST(FileHeader, WrongTypeReplacesTheMessageAndReadsNoFurther)
 {
-    const std::pair<const char*, std::string> cases[] = {
-        {"other identifier", kAbcBytes},
-        {"empty stream", ""},
-        {"prefix of the identifier", std::string("AB\0\1\0\1\0\1", 8)},
-    };
-    for (const auto& c : cases) {
-        std::istringstream in(c.second);
-        Header h("ABD", 7, 8, 9);
+    for (const std::string& bytes : {kAbc, std::string(), std::string("AB\0\1\0\1\0\1", 8)}) {
+        Header h("ABD", 7);
         h.setWrongVersionErrorMsg("x", 1, 2);
-        EXPECT_FALSE(h.read(in)) << c.first;
-        EXPECT_EQ(h.getErrorMsg(), kWrongType) << c.first;
-        EXPECT_EQ(h.getVersion1(), 7) << c.first;
+        EXPECT_FALSE(h.readFrom(bytes));
+        EXPECT_EQ(h.getErrorMsg(), kWrongType);
+        EXPECT_EQ(h.getVersion1(), 7);
     }
-    std::istringstream tooLong(std::string(200, 'T') + '\0' + "12345");
-    Header h(std::string(200, 'T'));
-    EXPECT_FALSE(h.read(tooLong));
-    EXPECT_EQ(h.getErrorMsg(), kWrongType);
+    Header tooLong(std::string(200, 'T'));
+    EXPECT_FALSE(tooLong.readFrom(std::string(200, 'T') + '\0' + "12345"));
+    EXPECT_EQ(tooLong.getErrorMsg(), kWrongType);
 }
 
 TEST(FileHeader, DamagedFileAppendsTheMessage)
@@ -110,17 +67,12 @@ TEST(FileHeader, DamagedFileAppendsTheMessage)
     Header h("ABC");
     h.setWrongVersionErrorMsg("Vorher. ", 1, 2);
     const std::string before = h.getErrorMsg();
-    std::istringstream cut(kAbcBytes.substr(0, 5));
-    EXPECT_FALSE(h.read(cut));
+    EXPECT_FALSE(h.readFrom(kAbc.substr(0, 5)));
     EXPECT_EQ(h.getErrorMsg(), before + kDamaged);
-    std::istringstream again(kAbcBytes.substr(0, 8));
-    EXPECT_FALSE(h.read(again));
-    EXPECT_EQ(h.getErrorMsg(), before + kDamaged + kDamaged);
-    std::istringstream noNul("ABC");
-    EXPECT_FALSE(h.read(noNul)) << "the identifier matches, the words are missing";
+    EXPECT_FALSE(h.readFrom(kAbc.substr(0, 8)));
+    EXPECT_EQ(h.getVersion2(), 100) << "complete fields are read before the stream ends";
+    EXPECT_FALSE(h.readFrom("ABC")) << "identifier without NUL, words missing";
     EXPECT_EQ(h.getErrorMsg(), before + kDamaged + kDamaged + kDamaged);
-    EXPECT_EQ(h.getVersion1(), 205) << "complete fields are read before the stream ends";
-    EXPECT_EQ(h.getVersion2(), 100);
 }
 
 TEST(FileHeader, VersionMessage)
