@@ -25,8 +25,7 @@
 // length of one call, and parsing reads the shared global environment; use
 // both from one thread at a time.
 //
-// Linux: makeAbsPath(false) asks realpath with a PATH_MAX buffer, passing the
-// name in UTF-8 and taking the answer back into Windows-1252.
+// Linux: makeAbsPath(false) uses realpath (PATH_MAX buffer), UTF-8 in and out.
 #ifndef KZ_FILE_NAME_H
 #define KZ_FILE_NAME_H
 
