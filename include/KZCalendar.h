@@ -14,7 +14,8 @@
 // Invariants: the table is built during static initialisation and read-only
 // afterwards; a Bundeslaender object is immutable once constructed. So every
 // query may run on any thread; a list passed in belongs to the caller.
-// Texts are German, Latin-1.
+// Texts are German, Latin-1. The enumerations have a fixed int underlying
+// type, so masks of several states and unknown rule numbers are valid values.
 #ifndef KZ_CALENDAR_H
 #define KZ_CALENDAR_H
 
@@ -28,7 +29,7 @@
 namespace KZBasicServices {
 
 // The states as bit flags, in the alphabetical order of their German names.
-enum BundesLand {
+enum BundesLand : int {
     XX = 0x0000,   // no state
     BW = 0x0001,   // Baden-Wuerttemberg
     BY = 0x0002,   // Bayern
@@ -50,7 +51,7 @@ enum BundesLand {
 };
 
 // The states as consecutive numbers, for lists and stored settings.
-enum BundesLandId {
+enum BundesLandId : int {
     XXId = -1, AlleId = 0,
     BWId = 1, BYId, BEId, BBId, HBId, HHId, HEId, MVId,
     NIId, NWId, RPId, SLId, SNId, STId, SHId, THId
@@ -96,7 +97,7 @@ private:
 // A holiday rule: how its date is found in a year and where it holds.
 class KZBS_API PublicHolidayInfoBase {
 public:
-    enum DateCalcRule {
+    enum DateCalcRule : int {
         FixedDate = 0,        // KZDate(m_day, m_month, year)
         RelativeToEaster = 1, // easter(year) + m_offset
         DayOfRepentance = 2   // the Wednesday between 16 and 22 November

@@ -30,8 +30,9 @@
 
 class KZTime;
 
-// The four name tables, for SetIntlNames / GetIntlName.
-enum KZDateType {
+// The four name tables, for SetIntlNames / GetIntlName (int-based, so any
+// number is a valid value; unknown ones are refused by those functions).
+enum KZDateType : int {
     MonthNames = 0,      // "Januar" .. "Dezember": output
     UpperMonthNames = 1, // "JANUAR" .. "DEZEMBER": input matching
     DayNames = 2,        // "Montag" .. "Sonntag": output
