@@ -6,9 +6,10 @@
 
 namespace {
 
-const char* const kMonthNames[12] = {"Januar", "Februar", ("M\xE4" "rz"), "April", "Mai", "Juni",
+// Umlauts as octal escapes: three digits at most, so the letters after them stay letters.
+const char* const kMonthNames[12] = {"Januar", "Februar", "M\344rz", "April", "Mai", "Juni",
                                      "Juli", "August", "September", "Oktober", "November", "Dezember"};
-const char* const kUpperMonthNames[12] = {"JANUAR", "FEBRUAR", ("M\xC4" "RZ"), "APRIL", "MAI", "JUNI",
+const char* const kUpperMonthNames[12] = {"JANUAR", "FEBRUAR", "M\304RZ", "APRIL", "MAI", "JUNI",
                                           "JULI", "AUGUST", "SEPTEMBER", "OKTOBER", "NOVEMBER", "DEZEMBER"};
 const char* const kDayNames[7] = {"Montag", "Dienstag", "Mittwoch", "Donnerstag", "Freitag", "Samstag", "Sonntag"};
 const char* const kUpperDayNames[7] = {"MONTAG", "DIENSTAG", "MITTWOCH", "DONNERSTAG", "FREITAG", "SAMSTAG", "SONNTAG"};
