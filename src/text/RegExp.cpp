@@ -328,11 +328,11 @@ struct SearchPlan {
                 ++at;
             return at;
         case CCL:
-            if (!testBit(first + 1, 0)) {
-                // *end is a NUL, which the class lacks: it stops the scan.
+            if (testBit(first + 1, 0)) {
+                // *end is a NUL, which this class takes: it stops the scan.
                 while (!testBit(first + 1, static_cast<unsigned char>(*at)))
                     ++at;
-                return at;
+                return at < end ? at : end;
             }
             while (at < end && !testBit(first + 1, static_cast<unsigned char>(*at)))
                 ++at;

@@ -156,6 +156,8 @@ TEST(RegExpFind, OffsetsAndLengths)
         {"a*", "bbb", 0, 0, 1},
         {"ab*c", "xabbbbd abbc", 0, 8, 4},
         {"x+", "xxxx", 2, 2, 2},
+        {"[", "w", 0, -1, 0},             // an empty class matches nothing
+        {"[]x", "ax]x", 0, -1, 0},
     };
     for (const Case& c : cases) {
         const Found f = findIn(c.pattern, c.text, c.start);
