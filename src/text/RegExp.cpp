@@ -2,8 +2,10 @@
 // tokens against a text with greedy, backtracking closures.
 #include "KZRegExp.h"
 
+#include <cstdint>
 #include <cstring>
 #include <new>
+#include <vector>
 
 namespace {
 
@@ -91,8 +93,51 @@ const char* lastMatched(const char* pos, const char* start)
     return pos > start ? pos - 1 : start;
 }
 
-const char* patcmp(const char* str, const unsigned char* pat, const char* start,
-                   const char** reach = nullptr);
+// One call of find(): the search start (the beginning-of-line position) and
+// what backtracking has learnt. Whether the rest of a pattern matches at a
+// position never depends on how the search got there, so once an attempt of
+// it failed it is not tried again. Patterns such as "a*a*a*a*b" would
+// otherwise take exponential time; ordinary searches never reach the point
+// where the memo starts.
+class Search {
+public:
+    Search(const unsigned char* pattern, const char* start, const char* end)
+        : start(start), m_pattern(pattern), m_positions(static_cast<std::size_t>(end - start) + 1) {}
+
+    const char* const start;
+
+    bool knownToFail(const unsigned char* rest, const char* pos)
+    {
+        if (++m_backtracks <= kMemoAfter || m_failed.empty())
+            return false;
+        const std::vector<std::uint64_t>& row = m_failed[static_cast<std::size_t>(rest - m_pattern)];
+        const std::size_t i = static_cast<std::size_t>(pos - start);
+        return !row.empty() && ((row[i >> 6] >> (i & 63)) & 1u);
+    }
+
+    void noteFailure(const unsigned char* rest, const char* pos)
+    {
+        if (m_backtracks <= kMemoAfter)
+            return;
+        if (m_failed.empty())
+            m_failed.resize(kAllocation);
+        std::vector<std::uint64_t>& row = m_failed[static_cast<std::size_t>(rest - m_pattern)];
+        if (row.empty())
+            row.assign((m_positions >> 6) + 1, 0);
+        const std::size_t i = static_cast<std::size_t>(pos - start);
+        row[i >> 6] |= std::uint64_t(1) << (i & 63);
+    }
+
+private:
+    static constexpr unsigned long kMemoAfter = 4096;
+
+    const unsigned char* m_pattern;
+    std::size_t m_positions;
+    unsigned long m_backtracks = 0;
+    std::vector<std::vector<std::uint64_t>> m_failed; // per token offset, a bit per position
+};
+
+const char* patcmp(const char* str, const unsigned char* pat, Search& search, const char** reach = nullptr);
 
 // A cheap test whether an attempt of the token string pat can get past its
 // first token at a position; it saves the call where it cannot.
@@ -156,8 +201,9 @@ const char* runEnd(const char* str, const unsigned char* token)
 // the pattern behind it, at str: the longest run first, then backing off one
 // character at a time to where the repetition began. *reach receives the
 // end of the longest run.
-const char* matchClosure(const char* str, const unsigned char* pat, const char* start, const char** reach)
+const char* matchClosure(const char* str, const unsigned char* pat, Search& search, const char** reach)
 {
+    const char* const start = search.start;
     const unsigned char* const token = pat + 1;
     const char* began = str;
     if (*token == BOL || *token == EOL) {
@@ -182,9 +228,11 @@ const char* matchClosure(const char* str, const unsigned char* pat, const char* 
         return lastMatched(str, start);
     const FirstTokenFilter filter(rest);
     for (;; --str) {
-        if (filter.mayMatchAt(str))
-            if (const char* end = patcmp(str, rest, start))
+        if (filter.mayMatchAt(str) && !search.knownToFail(rest, str)) {
+            if (const char* end = patcmp(str, rest, search))
                 return end;
+            search.noteFailure(rest, str);
+        }
         if (str == began)
             return nullptr;
     }
@@ -193,11 +241,12 @@ const char* matchClosure(const char* str, const unsigned char* pat, const char* 
 // Matches the token string pat at str; returns a pointer to the last
 // character matched (never before start), or null. When pat begins with a
 // '*' or '+' closure, *reach (if given) receives the end of its longest run.
-const char* patcmp(const char* str, const unsigned char* pat, const char* start, const char** reach)
+const char* patcmp(const char* str, const unsigned char* pat, Search& search, const char** reach)
 {
+    const char* const start = search.start;
     const char* ignored = nullptr;
     if (*pat == CLOSURE || *pat == PCLOSURE)
-        return matchClosure(str, pat, start, reach ? reach : &ignored);
+        return matchClosure(str, pat, search, reach ? reach : &ignored);
     while (*pat) {
         if (*pat == OPT) {
             ++pat;
@@ -206,7 +255,7 @@ const char* patcmp(const char* str, const unsigned char* pat, const char* start,
             continue;
         }
         if (*pat == CLOSURE || *pat == PCLOSURE)
-            return matchClosure(str, pat, start, &ignored);
+            return matchClosure(str, pat, search, &ignored);
         if (omatch(&str, pat, start) == NoMatch)
             return nullptr;
         pat += tokenSize(pat);
@@ -393,9 +442,10 @@ bool repeats(const unsigned char* token, char c)
 // beginning of the run of repetitions that ends at q. Attempts further left
 // cannot reach q (their run stops earlier) and found nothing before q.
 // Returns the start (end for none) and sets *last as patcmp does.
-const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* pat, const char* from,
+const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* pat, Search& search,
                                    const char* end, const char** last)
 {
+    const char* const from = search.start;
     const unsigned char* const token = pat + 1;
     const bool atLeastOnce = pat[0] == PCLOSURE;
     const char* const literal = reinterpret_cast<const char*>(plan.rest);
@@ -404,27 +454,28 @@ const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* 
         if (!hit)
             break;
         q = static_cast<const char*>(hit);
-        if (!patcmp(q, plan.rest, from))
+        if (!patcmp(q, plan.rest, search))
             continue;
         const char* runStart = q;
         while (runStart > from && repeats(token, runStart[-1]))
             --runStart;
         if (atLeastOnce && runStart == q)
             continue;
-        if ((*last = patcmp(runStart, pat, from)) != nullptr)
+        if ((*last = patcmp(runStart, pat, search)) != nullptr)
             return runStart;
     }
     return end;
 }
 
 // The leftmost match by trying each candidate position in turn.
-const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat, const char* from,
+const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat, Search& search,
                                const char* end, const char** last)
 {
+    const char* const from = search.start;
     const char* at = plan.nextCandidate(from, end);
     while (at < end) {
         const char* reach = at;
-        if ((*last = patcmp(at, pat, from, &reach)) != nullptr)
+        if ((*last = patcmp(at, pat, search, &reach)) != nullptr)
             return at;
         if (plan.anchored)
             break; // the beginning of the line matches only at the search start
@@ -634,10 +685,11 @@ int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned
             const void* nul = std::memchr(from, '\0', text.size() - start);
             const char* const end = nul ? static_cast<const char*>(nul) : base + text.size();
             const SearchPlan plan(m_pattern);
+            Search search(m_pattern, from, end);
             const char* last = nullptr;
             const char* at = plan.cannotMatch(from, end) ? end
-                             : plan.restLiteralLength > 0 ? leftmostRunThenLiteral(plan, m_pattern, from, end, &last)
-                                                          : leftmostByAttempts(plan, m_pattern, from, end, &last);
+                             : plan.restLiteralLength > 0 ? leftmostRunThenLiteral(plan, m_pattern, search, end, &last)
+                                                          : leftmostByAttempts(plan, m_pattern, search, end, &last);
             if (at < end) {
                 length = static_cast<unsigned long>(last + 1 - at);
                 offset = static_cast<int>(at - base);

@@ -332,3 +332,30 @@ TEST(RegExpFind, AgreesWithReferenceMatcher)
     }
     EXPECT_GT(compared, 1000);   // the generator must produce plenty of matches
 }
+
+TEST(RegExpFind, HeavyBacktrackingStaysExactAndFinishes)
+{
+    // Dense closures over a long run make the matcher give back and retry
+    // a great deal; the answers must still be the reference's.
+    std::mt19937 rng(7);
+    for (int i = 0; i < 300; ++i) {
+        std::string pattern;
+        for (int e = 0, n = 4 + static_cast<int>(rng() % 3); e < n; ++e)
+            pattern += std::string(rng() % 4 ? "a" : "[ab]") + "*+?"[rng() % 3 == 0 ? 1 : 0];
+        pattern += rng() % 2 ? "b" : "ab$";
+        std::string text(10 + rng() % 10, 'a');
+        if (rng() % 2)
+            text[rng() % text.size()] = 'b';
+        KZRegExp re(pattern.c_str());
+        Found got{-2, 99};
+        got.offset = re.find(text, &got.length, 0);
+        const Found want = refFind(pattern, text, 0);
+        ASSERT_EQ(got.offset, want.offset) << pattern << " in " << text;
+        ASSERT_EQ(got.length, want.length) << pattern << " in " << text;
+    }
+    std::string nested;
+    for (int i = 0; i < 30; ++i)
+        nested += "a*";
+    KZRegExp re((nested + "c").c_str());
+    EXPECT_EQ(re.find(std::string(300, 'a'), nullptr, 0), -1);
+}
