@@ -318,30 +318,27 @@ struct SearchPlan {
         while (pat[prefixLength] != 0 && !isToken(pat[prefixLength]))
             ++prefixLength;
         prefix = reinterpret_cast<const char*>(pat);
-        findRequiredLiteral(pat);
         if (leadingRun && pat[1] != BOL && pat[1] != EOL) {
             rest = pat + 1 + tokenSize(pat + 1);
             while (rest[restLiteralLength] != 0 && !isToken(rest[restLiteralLength]))
                 ++restLiteralLength;
         }
+        findRequiredLiterals(pat);
     }
 
-    // Every match consumes the longest run of literal tokens outside any
-    // closure, so a text without that run holds no match at all.
-    void findRequiredLiteral(const unsigned char* pat)
+    // Every match consumes each run of literal tokens outside any closure,
+    // so a text lacking one of them holds no match at all. Up to four runs
+    // are kept, longer ones first in the pattern order they were found.
+    void findRequiredLiterals(const unsigned char* pat)
     {
-        std::size_t run = 0;
-        for (const unsigned char* t = pat; *t; ) {
-            if (*t != 0 && !isToken(*t)) {
-                ++run;
-                if (run > requiredLength) {
-                    requiredLength = run;
-                    required = reinterpret_cast<const char*>(t + 1 - run);
-                }
-                ++t;
+        for (const unsigned char* t = pat; *t;) {
+            if (!isToken(*t)) {
+                const unsigned char* const begin = t;
+                while (*t && !isToken(*t))
+                    ++t;
+                noteRequired(reinterpret_cast<const char*>(begin), static_cast<std::size_t>(t - begin));
                 continue;
             }
-            run = 0;
             if (isClosure(*t))
                 ++t; // the governed token is skipped below with its size
             if (*t)
@@ -349,12 +346,36 @@ struct SearchPlan {
         }
     }
 
-    // An anchored pattern is tried once, and a literal prefix is searched
-    // for anyway: only other patterns gain from the test.
+    void noteRequired(const char* literal, std::size_t length)
+    {
+        if (requiredCount < kMaxRequired) {
+            required[requiredCount] = literal;
+            requiredLength[requiredCount++] = length;
+            return;
+        }
+        for (std::size_t i = 0; i < kMaxRequired; ++i) {
+            if (length > requiredLength[i]) {
+                required[i] = literal;
+                requiredLength[i] = length;
+                return;
+            }
+        }
+    }
+
+    // An anchored pattern is tried once; a literal prefix, and the literal
+    // after a leading run, are searched for anyway: they are not tested here.
     bool cannotMatch(const char* from, const char* end) const
     {
-        return requiredLength > 0 && !anchored && required != prefix &&
-               !::memmem(from, static_cast<std::size_t>(end - from), required, requiredLength);
+        if (anchored)
+            return false;
+        const char* const restLiteral = reinterpret_cast<const char*>(rest);
+        for (std::size_t i = 0; i < requiredCount; ++i) {
+            if (required[i] == prefix || required[i] == restLiteral)
+                continue;
+            if (!::memmem(from, static_cast<std::size_t>(end - from), required[i], requiredLength[i]))
+                return true;
+        }
+        return false;
     }
 
     // The first position at or after at, before end, where an attempt can
@@ -411,8 +432,10 @@ struct SearchPlan {
     const unsigned char* first = nullptr;
     const char* prefix = nullptr;
     std::size_t prefixLength = 0;
-    const char* required = nullptr;
-    std::size_t requiredLength = 0;
+    static constexpr std::size_t kMaxRequired = 4;
+    const char* required[kMaxRequired] = {};
+    std::size_t requiredLength[kMaxRequired] = {};
+    std::size_t requiredCount = 0;
     const unsigned char* rest = nullptr;  // behind a leading '*' or '+' and its token
     std::size_t restLiteralLength = 0;    // literal tokens that rest begins with
 };
