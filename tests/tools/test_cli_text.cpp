@@ -11,23 +11,12 @@ using kzbs_test::runKzbs;
 
 namespace {
 
-class TextFile {
-public:
-    explicit TextFile(const std::string& content)
-    {
-        char name[] = "/tmp/kzbs-text-XXXXXX";
-        const int fd = ::mkstemp(name);
-        if (fd >= 0)
-            ::close(fd);
-        m_path = name;
-        std::ofstream(m_path, std::ios::binary) << content;
-    }
-    ~TextFile() { std::remove(m_path.c_str()); }
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path;
-};
+std::string writeFile(const std::string& name, const std::string& content)
+{
+    const std::string path = "/tmp/kzbs-cli-text-" + std::to_string(::getpid()) + "-" + name;
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+}
 
 } // namespace
 
@@ -57,15 +46,17 @@ TEST(CliGrep, PrintsMatchingLinesWithOptions)
 
 TEST(CliGrep, SeveralFilesArePrefixedAndMissingOnesReported)
 {
-    TextFile a("alpha\nbeta\n"), b("gamma\n");
-    auto r = runKzbs({"grep", "a$", a.path(), b.path()});
+    const std::string a = writeFile("a", "alpha\nbeta\n"), b = writeFile("b", "gamma\n");
+    auto r = runKzbs({"grep", "a$", a, b});
     EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, a.path() + ":alpha\n" + a.path() + ":beta\n" + b.path() + ":gamma\n");
+    EXPECT_EQ(r.out, a + ":alpha\n" + a + ":beta\n" + b + ":gamma\n");
 
-    r = runKzbs({"grep", "eta", "/nonexistent/kzbs-file", a.path()});
+    r = runKzbs({"grep", "eta", "/nonexistent/kzbs-file", a});
     EXPECT_EQ(r.status, 2);
-    EXPECT_EQ(r.out, a.path() + ":beta\n");   // the other files are still searched
+    EXPECT_EQ(r.out, a + ":beta\n");   // the other files are still searched
     EXPECT_NE(r.err.find("kzbs: /nonexistent/kzbs-file: No such file"), std::string::npos);
+    std::remove(a.c_str());
+    std::remove(b.c_str());
 }
 
 TEST(CliGrep, BadPatternsNameTheReason)
@@ -107,9 +98,7 @@ TEST(CliNumber, GermanNotation)
 TEST(CliText, HelpAndUnknownOptions)
 {
     for (const char* command : {"grep", "number"}) {
-        const auto help = runKzbs({command, "--help"});
-        EXPECT_EQ(help.status, 0);
-        EXPECT_NE(help.out.find("usage: kzbs"), std::string::npos);
+        EXPECT_EQ(runKzbs({command, "--help"}).status, 0);
         const auto bad = runKzbs({command, "--frobnicate", "x"});
         EXPECT_EQ(bad.status, 2);
         EXPECT_NE(bad.err.find("unknown option --frobnicate"), std::string::npos);
