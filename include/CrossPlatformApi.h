@@ -9,6 +9,19 @@
 // Linux choices: text conversions go through iconv; a character the target
 // encoding cannot hold becomes '?'. keyState reads Qt's modifiers when a
 // QGuiApplication exists and caps/num lock from X11 when a display is open.
+// INI files: QSettings in IniFormat; Qt's INI codec and fallbacks stay as Qt sets them.
+// Bundle: the application's folder stands for it (X.app when that folder is X.app/Contents/MacOS).
+// An application bundle is a "*.app" folder with Contents/Info.plist (XML) and Contents/MacOS.
+// Identifier: the desktop file name (QGuiApplication::desktopFileName), else "unknownBundleID".
+// Removable volume: a bundle folder under /media/ or /run/media/.
+// messageBox: a modal QMessageBox; without QApplication or off the GUI thread: stderr, answer 2.
+// getApplicationfolder reads /proc/self/exe when no QCoreApplication exists.
+// Application support (both values): the XDG data home, ~/.local/share, not ~/Library.
+// exec splits with QRegularExpression, alternatives in order (QRegExp would take the longest).
+// Documents (from exec and the Windows-1252 opener) are opened under their real UTF-8 names.
+// waitForProcess pauses 1 ms between polls instead of spinning; a pid <= 0 answers true.
+// activateApp raises and activates the focus window, or else the first visible one.
+// getDirectoryEntries keeps QDirIterator's default filters: hidden names are not listed.
 #ifndef CROSS_PLATFORM_API_H
 #define CROSS_PLATFORM_API_H
 
@@ -17,6 +30,7 @@
 #include <cstdint>
 #include <ctime>
 #include <string>
+#include <vector>
 
 class QElapsedTimer;
 
@@ -111,6 +125,170 @@ public:
     static int keyState(KeyType key);
 };
 
+// --- Configuration (INI) files ----------------------------------------------
+// The Windows private-profile calls on QSettings in IniFormat. Every call opens
+// the file by name, does its one job and closes it again; nothing is cached and
+// nothing is reported. A missing or unreadable file reads like an empty one.
+// The file name is local 8-bit; sections, keys, defaults and values are
+// Latin-1 (Windows-1252 for the Latin-1 characters); results are Latin-1.
+// A null pointer reads as the empty text. Qt's INI syntax applies: a value
+// with commas must be quoted ("a, b") when written by hand; unquoted it is a
+// list, which reads as the empty text.
+
+// The text under `key` in [section]; `defaultValue` where file, section or key
+// is missing.
+KZBS_API std::string getIniString(const char* section, const char* key, const char* defaultValue,
+                                  const char* fileName);
+
+// The value under `key` in [section] as an integer; `defaultValue` where the key
+// is missing. A stored text that is no number gives 0, not the default.
+KZBS_API int getIniInt(const char* section, const char* key, int defaultValue, const char* fileName);
+
+// Stores `value` as text under `key` in [section], creating section and file
+// where missing. A write that cannot be done is lost silently.
+KZBS_API void writeIniString(const char* section, const char* key, const char* value,
+                             const char* fileName);
+
+// The top-level sections of the file, in QSettings' order.
+KZBS_API std::vector<std::string> getIniSections(const char* fileName);
+
+// One "key=value" text per key of [section], in QSettings' order. Unlike the
+// calls above, this one decodes `section` as local 8-bit, not Latin-1: on a
+// UTF-8 system a non-ASCII section name may address another section. The
+// difference is deliberate and kept for compatibility.
+KZBS_API std::vector<std::string> getIniSectionEntries(const char* section, const char* fileName);
+
+// --- Processes and documents ------------------------------------------------
+// Paths may use Windows separators: every backslash becomes a slash.
+
+// Starts `program` detached, in `workingDirectory` (null or empty: the caller's
+// folder), with the arguments split from the one line `arguments` (UTF-8).
+// `program` may be an application bundle X.app: its Contents/Info.plist names
+// the executable in Contents/MacOS under "CFBundleExecutable" (default: X).
+// An existing file without the execute right is a document: it is opened with
+// executeAssociatedAppAndOpenFile and arguments and folder are ignored.
+// True when the program was started (or the document opened).
+//
+// The splitter knows double quotes only: 'a "b c"' gives [a] [b c], and a lone
+// '"' one empty argument. For compatibility it keeps one odd habit: it moves on
+// by the length of each match, not past its end, so an argument found after
+// some skipped text is taken more than once: '"x" y' gives [x] [y] [y], and
+// two blanks then "a" give [a] [a] [a].
+KZBS_API bool exec(const char* program, const char* arguments, const char* workingDirectory);
+
+// Waits up to about 60 seconds for the child `pid` to end. True when it ended,
+// or when waitpid fails (for example: no child of this process); false when the
+// time ran out. The exit status is discarded. A pid of 0 or less names no
+// single child (waitpid would reap any child) and answers true at once.
+KZBS_API bool waitForProcess(int pid);
+
+// Opens the file (a Latin-1 path) with the application the desktop associates
+// with it: QDesktopServices::openUrl of the file URL, its result returned. Needs
+// a QGuiApplication unless a "file" URL handler is registered.
+KZBS_API bool executeAssociatedAppAndOpenFile(const char* path);
+
+// The same for a Windows-1252 path: it is converted to UTF-8 and opened under
+// that name, so non-ASCII names reach the file system as they are stored.
+KZBS_API bool executeAssociatedAppAndOpenFileCp1252(const char* path);
+
+// Opens the address (local 8-bit) with the desktop's handler.
+KZBS_API bool openUrl(const char* url);
+
+// --- Files and folders ------------------------------------------------------
+
+enum SysFolder {
+    TempFolder = 0,
+    ApplicationSupportFolder = 1,
+    ApplicationSupportFolder2 = 2, // the same folder as 1; kept apart for the callers
+    DocumentsFolder = 3,
+    HomeFolder = 4
+};
+
+// The folder, Latin-1, without a trailing separator; "" for a value outside the
+// enumeration. Temp: $TMPDIR or /tmp; both application-support values: the XDG
+// data home (~/.local/share); documents: the XDG documents folder; home: $HOME.
+KZBS_API std::string getSystemFolder(SysFolder folder);
+
+// The folder holding the running program's executable, in Windows-1252.
+KZBS_API std::string getApplicationfolder();
+
+// Names (not paths) of the entries of `folder` (local 8-bit) matching the
+// Windows wildcard `pattern`, in the order the folder yields them; "." and ".."
+// and hidden names are never listed. The pattern becomes a regular expression:
+// "*.*" -> "*", "$" -> "\$", "." -> "\.", "*" -> ".*"; nothing else is
+// translated, so "?", "+", brackets and parentheses act as regular-expression
+// characters ("ab?.txt" matches a.txt and ab.txt). Matching is case-sensitive
+// and on the whole name. A missing folder gives an empty list.
+KZBS_API std::vector<std::string> getDirectoryEntries(const std::string& folder,
+                                                      const std::string& pattern);
+
+// Removes the folder if it is empty; a relative name counts from "/".
+KZBS_API bool deleteDirectory(const std::string& folder);
+
+// Removes the file (a Latin-1 path). True on success.
+KZBS_API bool deleteFile(const std::string& path);
+
+// The size of the file at the Windows-1252 `path`, in its low 32 bits; 0 when
+// it cannot be opened.
+KZBS_API unsigned long getFileSize(const char* path);
+
+// Windows drive type of the medium the application runs from: 5 (read-only
+// medium) when the bundle folder is not writable and lies on a removable
+// volume, else 0 (unknown). `path` is not looked at.
+KZBS_API unsigned int getDriveType(const char* path);
+
+// Splits `path` (local 8-bit) into folder, name and extension with the buffer
+// and size pairs of _splitpath_s; always returns 0. `drive` is never written.
+// - A path ending in "/" or "\" is a folder: `dir` gets it plus "/" (so "d/"
+//   gives "d//"), `fname` gets "".
+// - Otherwise `dir` gets the canonical folder of an existing file, or the path
+//   without its last part for a missing one ("noext" gives "./"), plus "/";
+//   `fname` the name without its extension.
+// - `ext` gets "." and the text after the name's last dot; without one it is
+//   left untouched.
+// Guards: a null path or buffer (or a size of 0) leaves that part unwritten.
+// A part that does not fit is cut so that it stays terminated within its
+// size; `dir` keeps its "/" as long as the size is at least 2.
+KZBS_API int splitpath_s(const char* path, char* drive, unsigned long driveSize, char* dir,
+                         unsigned long dirSize, char* fname, unsigned long fnameSize, char* ext,
+                         unsigned long extSize);
+
+// --- Message box and debugging ----------------------------------------------
+
+// Windows MessageBox on a modal QMessageBox. The low four bits of `type` pick
+// the buttons: 4 "Ja"/"Nein" (6 / 7), 6 "Abbrechen"/"Wiederholen"/"Weiter"
+// (2 / 10 / 11), anything else "OK" alone (1). Any of the bits 0x30 shows the
+// critical form. `text` and `caption` are Windows-1252. A box closed without
+// one of its buttons answers 2. Without a QApplication, or off the GUI thread,
+// "caption: text" goes to stderr and the answer is 2.
+KZBS_API int messageBox(const char* text, const char* caption, int type);
+
+// Always false.
+KZBS_API bool isDebuggerPresent();
+
 } // namespace CrossPlatformApi
+
+// --- Application bundle -----------------------------------------------------
+
+// Where the application's bundle folder lies, asked by getDriveType.
+struct BundlePathInfo {
+    bool isWritable;   // the folder may be written by this process
+    bool isOnVolumes;  // the folder lies on a removable volume (/media/, /run/media/)
+};
+
+KZBS_API BundlePathInfo getBundlePathInfo();
+
+// Brings the application's window to the front; nothing without a GUI.
+KZBS_API void activateApp();
+
+// The identifier the application presents itself under: for a program nested
+// three folders deep in another bundle (Outer.app/Contents/Helpers/Inner.app)
+// whose Info.plist "CFBundleIdentifier" shares the own identifier's prefix up
+// to its last ".", the outer one; otherwise bundleId().
+KZBS_API std::string mainBundleId();
+
+// The application's own identifier (its desktop file name), Windows-1252;
+// "unknownBundleID" when none is set.
+KZBS_API std::string bundleId();
 
 #endif // CROSS_PLATFORM_API_H

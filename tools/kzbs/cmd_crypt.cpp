@@ -1,9 +1,349 @@
-// Placeholder until this command group is built.
+// kzbs encrypt / decrypt: a file to the library's tagged stream ("RCBC") and
+// back, with KZCryptRijndael. Keys come from a file or the environment, never
+// from the command line. OUT is written beside itself and renamed into place
+// only on success, so an error never leaves a half-written OUT.
 #include "commands.h"
 
-namespace kzbs {
+#include "KZCrypt.h"
 
-int runEncrypt(Args&) { return fail("this command is not available yet"); }
-int runDecrypt(Args&) { return fail("this command is not available yet"); }
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <streambuf>
+
+namespace kzbs {
+namespace {
+
+constexpr std::uint64_t kMaxPlainSize = 0xFFFFFFF0u;       // its padded size still fits 32 bits
+constexpr std::uint64_t kMaxStreamSize = 12 + kMaxPlainSize;
+constexpr std::uint64_t kProgressSize = 64u << 20;
+
+const char kHelpTail[] =
+    "  --bits N         key length in bits: 128 (default), 192 or 256\n"
+    "  --key-file FILE  read the key from FILE; a trailing newline (LF or CRLF)\n"
+    "                   is not part of the key\n"
+    "  --key-env VAR    take the key from the environment variable VAR\n"
+    "  --byte-table     convert the key byte by byte (use it if the data was\n"
+    "                   encrypted that way)\n"
+    "\n"
+    "IN and OUT may be '-' for standard input and output. The key's bytes are used\n"
+    "as they are (no character-set conversion). It may have up to N/2 characters,\n"
+    "but only the first N/8 count (16 for 128 bits). Keys are never taken as a\n"
+    "command-line argument, where other users could read them.\n"
+    "The format has no check value: a wrong key cannot be detected. Decrypting\n"
+    "with a wrong key succeeds and writes garbage.\n"
+    "Input is limited to 4 GiB (the format's sizes are 32-bit).\n";
+
+void printHelp(bool encrypt)
+{
+    if (encrypt)
+        std::cout << "usage: kzbs encrypt [--bits 128|192|256] (--key-file FILE | --key-env VAR)\n"
+                     "                    [--byte-table] IN OUT\n\n"
+                     "Encrypts IN into OUT as the tagged stream \"RCBC\": tag, plain size,\n"
+                     "encrypted size, then the data in AES-CBC, padded with spaces.\n\n";
+    else
+        std::cout << "usage: kzbs decrypt [--bits 128|192|256] (--key-file FILE | --key-env VAR)\n"
+                     "                    [--byte-table] IN OUT\n\n"
+                     "Decrypts an \"RCBC\" stream made by 'kzbs encrypt' (or the library) and\n"
+                     "writes exactly the original bytes.\n\n";
+    std::cout << kHelpTail;
+}
+
+struct Request {
+    KZCrypt::KeySize size = KZCrypt::Key128;
+    std::string key;
+    bool byteTable = false;
+    std::string in, out;
+};
+
+std::string describe(const std::string& path) { return path == "-" ? "standard input" : path; }
+
+// Reads all of a file (or standard input for "-"); refuses more than `limit` bytes.
+bool readAll(const std::string& path, std::uint64_t limit, std::string& data, std::string& error)
+{
+    std::FILE* file = path == "-" ? stdin : std::fopen(path.c_str(), "rb");
+    if (!file) {
+        error = "cannot open " + path + ": " + std::strerror(errno);
+        return false;
+    }
+    struct stat info {};
+    if (::fstat(::fileno(file), &info) == 0 && S_ISREG(info.st_mode)) {
+        if (static_cast<std::uint64_t>(info.st_size) > limit) {
+            error = describe(path) + " is larger than 4 GiB, more than the format's 32-bit sizes can hold";
+            if (file != stdin)
+                std::fclose(file);
+            return false;
+        }
+        data.reserve(static_cast<std::size_t>(info.st_size));
+    }
+    char chunk[1 << 16];
+    std::size_t got;
+    while ((got = std::fread(chunk, 1, sizeof chunk, file)) > 0) {
+        if (data.size() + got > limit) {
+            error = describe(path) + " is larger than 4 GiB, more than the format's 32-bit sizes can hold";
+            break;
+        }
+        data.append(chunk, got);
+    }
+    if (error.empty() && std::ferror(file))
+        error = "cannot read " + describe(path) + ": " + std::strerror(errno);
+    if (file != stdin)
+        std::fclose(file);
+    return error.empty();
+}
+
+// Writes through `emit` to OUT: standard output directly, a file by way of a
+// temporary file beside it that is renamed into place only when all went well.
+template <class Emit>
+bool writeOut(const std::string& path, Emit emit, std::string& error)
+{
+    if (path == "-") {
+        if (!emit(std::cout) || !std::cout.flush()) {
+            error = "cannot write to standard output";
+            return false;
+        }
+        return true;
+    }
+    std::string temp = path + ".kzbs-XXXXXX";
+    const int fd = ::mkstemp(&temp[0]);
+    if (fd < 0) {
+        error = "cannot create a file beside " + path + ": " + std::strerror(errno);
+        return false;
+    }
+    ::close(fd);
+    bool ok;
+    {
+        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
+        ok = out && emit(out);
+        out.close();
+        ok = ok && !out.fail();
+    }
+    if (!ok || std::rename(temp.c_str(), path.c_str()) != 0) {
+        error = "cannot write " + path + (ok ? std::string(": ") + std::strerror(errno) : std::string());
+        std::remove(temp.c_str());
+        return false;
+    }
+    return true;
+}
+
+bool loadKey(Args& args, Request& request, std::string& error)
+{
+    const auto keyFile = args.option("--key-file");
+    const auto keyEnv = args.option("--key-env");
+    if (keyFile && keyEnv) {
+        error = "give the key either with --key-file or with --key-env, not both";
+        return false;
+    }
+    if (keyFile) {
+        if (!readAll(*keyFile, 1 << 20, request.key, error))
+            return false;
+        if (!request.key.empty() && request.key.back() == '\n') {
+            request.key.pop_back();
+            if (!request.key.empty() && request.key.back() == '\r')
+                request.key.pop_back();
+        }
+    } else if (keyEnv) {
+        const char* value = std::getenv(keyEnv->c_str());
+        if (!value) {
+            error = "the environment variable " + *keyEnv + " is not set";
+            return false;
+        }
+        request.key = value;
+    } else {
+        error = "give the key with --key-file FILE or --key-env VAR";
+        return false;
+    }
+    return true;
+}
+
+bool checkKey(const Request& request, std::string& error)
+{
+    const std::size_t bits = static_cast<std::size_t>(request.size);
+    if (request.key.empty()) {
+        error = "the key is empty";
+        return false;
+    }
+    if (request.key.size() > bits / 2) {
+        error = "the key has " + std::to_string(request.key.size()) + " characters; a " + std::to_string(bits)
+            + "-bit key may have at most " + std::to_string(bits / 2);
+        return false;
+    }
+    // The numeric key conversion cannot represent a control character below
+    // 0x10 among the counted characters: the library would fall back to an
+    // all-zero key without a word.
+    const std::size_t tail = request.key.size() < 3 ? 0 : request.key.size() - 3;
+    bool byteTable = request.byteTable;
+    for (std::size_t i = tail; i < request.key.size(); ++i)
+        byteTable = byteTable || static_cast<unsigned char>(request.key[i]) >= 0x80;
+    for (std::size_t i = 0; !byteTable && i < request.key.size() && i < bits / 8; ++i)
+        if (static_cast<unsigned char>(request.key[i]) < 0x10) {
+            error = "the key contains a control character (below 0x10) that the key conversion cannot "
+                    "represent; use --byte-table";
+            return false;
+        }
+    return true;
+}
+
+// Parses the words; returns -1 to go on, or the exit status to end with.
+int parse(Args& args, bool encrypt, Request& request)
+{
+    if (args.wantsHelp()) {
+        printHelp(encrypt);
+        return 0;
+    }
+    std::string error;
+    const auto bits = args.option("--bits");
+    if (bits) {
+        if (*bits == "128")
+            request.size = KZCrypt::Key128;
+        else if (*bits == "192")
+            request.size = KZCrypt::Key192;
+        else if (*bits == "256")
+            request.size = KZCrypt::Key256;
+        else
+            return fail("--bits must be 128, 192 or 256, not '" + *bits + "'");
+    }
+    request.byteTable = args.flag("--byte-table");
+    const bool keyLoaded = loadKey(args, request, error);
+    const std::vector<std::string>& words = args.positional();
+    if (!args.error().empty())
+        return fail(args.error());
+    if (words.size() != 2)
+        return fail(std::string("usage: kzbs ") + (encrypt ? "encrypt" : "decrypt")
+                    + " [--bits N] (--key-file FILE | --key-env VAR) IN OUT (see --help)");
+    if (!keyLoaded || !checkKey(request, error))
+        return fail(error);
+    request.in = words[0];
+    request.out = words[1];
+    return -1;
+}
+
+void progress(std::uint64_t size, const char* what)
+{
+    if (size >= kProgressSize && ::isatty(2))
+        std::cerr << "kzbs: " << what << ' ' << (size >> 20) << " MiB..." << std::endl;
+}
+
+// A read-only, seekable stream over bytes already in memory, so the library
+// reads the stream without another copy of it.
+class MemoryBuf : public std::streambuf {
+public:
+    MemoryBuf(const char* data, std::size_t size)
+    {
+        char* begin = const_cast<char*>(data);
+        setg(begin, begin, begin + size);
+    }
+
+protected:
+    pos_type seekoff(off_type off, std::ios_base::seekdir dir, std::ios_base::openmode) override
+    {
+        const off_type base = dir == std::ios_base::beg ? 0 : dir == std::ios_base::cur ? gptr() - eback()
+                                                                                          : egptr() - eback();
+        const off_type target = base + off;
+        if (target < 0 || target > egptr() - eback())
+            return pos_type(off_type(-1));
+        setg(eback(), eback() + target, egptr());
+        return pos_type(target);
+    }
+    pos_type seekpos(pos_type pos, std::ios_base::openmode mode) override
+    {
+        return seekoff(off_type(pos), std::ios_base::beg, mode);
+    }
+};
+
+std::uint32_t littleEndian(const std::string& data, std::size_t at)
+{
+    std::uint32_t value = 0;
+    for (int i = 0; i < 4; ++i)
+        value |= std::uint32_t(static_cast<unsigned char>(data[at + static_cast<std::size_t>(i)])) << (8 * i);
+    return value;
+}
+
+// Names what is wrong with a stream before the library reads it.
+bool checkStream(const std::string& data, const std::string& name, std::string& error)
+{
+    if (data.size() < 4 || data.compare(0, 4, "RCBC") != 0) {
+        error = name + " is not an encrypted stream (its tag is not \"RCBC\")";
+        return false;
+    }
+    if (data.size() < 12) {
+        error = name + " is truncated: its header is incomplete";
+        return false;
+    }
+    const std::uint32_t plain = littleEndian(data, 4), crypted = littleEndian(data, 8);
+    if (crypted % 16 != 0 || crypted < plain) {
+        error = name + " is damaged: its sizes (" + std::to_string(plain) + ", " + std::to_string(crypted)
+            + ") do not fit together";
+        return false;
+    }
+    const std::uint64_t present = data.size() - 12;
+    if (present < crypted) {
+        error = name + " is truncated: " + std::to_string(present) + " of " + std::to_string(crypted)
+            + " bytes of encrypted data";
+        return false;
+    }
+    if (present > crypted) {
+        error = name + " has " + std::to_string(present - crypted) + " unexpected bytes after the encrypted data";
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int runEncrypt(Args& args)
+{
+    Request request;
+    const int status = parse(args, true, request);
+    if (status >= 0)
+        return status;
+    std::string data, error;
+    if (!readAll(request.in, kMaxPlainSize, data, error))
+        return fail(error);
+    progress(data.size(), "encrypting");
+    KZCryptRijndael crypt(request.key, request.size, request.byteTable);
+    crypt.setBuffer(data);
+    std::string().swap(data);
+    crypt.encode();
+    if (!writeOut(request.out, [&](std::ostream& out) { return crypt.writeEncrypted(out); }, error))
+        return fail(error);
+    return 0;
+}
+
+int runDecrypt(Args& args)
+{
+    Request request;
+    const int status = parse(args, false, request);
+    if (status >= 0)
+        return status;
+    std::string data, error;
+    if (!readAll(request.in, kMaxStreamSize, data, error))
+        return fail(error);
+    if (!checkStream(data, describe(request.in), error))
+        return fail(error);
+    KZCryptRijndael crypt(request.key, request.size, request.byteTable);
+    {
+        MemoryBuf buffer(data.data(), data.size());
+        std::istream in(&buffer);
+        if (!crypt.readEncrypted(in))
+            return fail(describe(request.in) + " could not be read as an encrypted stream");
+    }
+    std::string().swap(data);
+    progress(crypt.getCryptedSize(), "decrypting");
+    crypt.decode();
+    const auto emit = [&](std::ostream& out) {
+        out.write(crypt.getBuffer(), static_cast<std::streamsize>(crypt.getBufferSize()));
+        return !out.fail();
+    };
+    if (!writeOut(request.out, emit, error))
+        return fail(error);
+    return 0;
+}
 
 } // namespace kzbs

@@ -1,9 +1,163 @@
-// Placeholder until this command group is built.
+// kzbs path, kzbs symbols: file names and directory symbols.
 #include "commands.h"
 
-namespace kzbs {
+#include "KZFileEnvironment.h"
+#include "KZFileName.h"
 
-int runPath(Args&) { return fail("this command is not available yet"); }
-int runSymbols(Args&) { return fail("this command is not available yet"); }
+#include <iostream>
+#include <sstream>
+
+namespace kzbs {
+namespace {
+
+const char kPathUsage[] =
+    "usage: kzbs path parse NAME...                  the parts and composed forms of each name\n"
+    "       kzbs path rel NAME... [--base DIR]       NAME relative to the base directory\n"
+    "       kzbs path abs NAME... [--base DIR]       NAME made absolute: below DIR with --base,\n"
+    "                                                else the file system's canonical form\n"
+    "       kzbs path param NAME... --symbol SYM     NAME with SYM's directory as <SYM>/\n"
+    "options of every path command:\n"
+    "  --base DIR       set the base directory (the symbol SYS_BASEDIR) first\n"
+    "  --symbols FILE   then load a directory symbol file (NAME=VALUE tokens);\n"
+    "                   \"\" means <SYS_BASEDIR>/DirectorySymbols.dat\n"
+    "Names may use symbols such as <DATA>/x.dat, '\\' or '/', drives and UNC prefixes.\n"
+    "rel, abs and param print one line per name; exit status 1 if one stayed unchanged.\n";
+
+const char kSymbolsUsage[] =
+    "usage: kzbs symbols FILE [--base DIR]\n"
+    "Prints the directory symbol table after loading FILE (\"\" for\n"
+    "<SYS_BASEDIR>/DirectorySymbols.dat): NAME = VALUE (expanded value), by name.\n";
+
+// Sets up the global environment from --base and --symbols. Returns an error
+// message, empty on success.
+std::string loadEnvironment(const std::optional<std::string>& base, const std::optional<std::string>& symbols)
+{
+    KZFileEnvironment& env = KZFileName::getGlobalFileEnvironment();
+    if (base)
+        env.setBaseDir(fromTerminal(*base));
+    if (!symbols)
+        return "";
+    KZFileName file(fromTerminal(*symbols));
+    if (file.compose().empty())
+        file.parse(KZFileEnvironment::kDefaultSymbolFile);
+    // The reader's own result only tells how the file ended, so existence is
+    // checked here.
+    if (!file.exists())
+        return "cannot read symbol file '" + toTerminal(file.compose()) + "'";
+    env.readSymbolsFromFile(file);
+    return "";
+}
+
+std::string yesNo(bool value) { return value ? "yes" : "no"; }
+
+void printParts(const KZFileName& name, const std::string& input)
+{
+    std::cout << "name:        " << input << '\n'
+              << "unc:         " << toTerminal(name.getUNC()) << '\n'
+              << "drive:       " << toTerminal(name.getDrive()) << '\n'
+              << "directory:   " << toTerminal(name.getDir()) << '\n'
+              << "base name:   " << toTerminal(name.getName()) << '\n'
+              << "extension:   " << toTerminal(name.getExt()) << '\n'
+              << "composed:    " << toTerminal(name.compose()) << '\n'
+              << "normalised:  " << toTerminal(name.normalizedString()) << '\n'
+              << "windows:     " << toTerminal(name.asString('\\')) << '\n'
+              << "absolute:    " << yesNo(name.isAbsPath()) << '\n'
+              << "valid:       " << yesNo(name.isValid()) << '\n';
+}
+
+} // namespace
+
+int runPath(Args& args)
+{
+    if (args.wantsHelp()) {
+        std::cout << kPathUsage;
+        return 0;
+    }
+    const std::optional<std::string> base = args.option("--base");
+    const std::optional<std::string> symbols = args.option("--symbols");
+    const std::optional<std::string> symbol = args.option("--symbol");
+    const std::vector<std::string>& words = args.positional();
+    if (!args.error().empty())
+        return fail(args.error());
+    if (words.empty())
+        return fail("path needs a subcommand: parse, rel, abs or param (kzbs path --help)");
+    const std::string& what = words.front();
+    const std::vector<std::string> names(words.begin() + 1, words.end());
+    if (what != "parse" && what != "rel" && what != "abs" && what != "param")
+        return fail("unknown path subcommand '" + what + "' (kzbs path --help)");
+    if (names.empty())
+        return fail("path " + what + " needs at least one NAME");
+    if (what == "param" && !symbol)
+        return fail("path param needs --symbol SYM");
+    if (what != "param" && symbol)
+        return fail("--symbol belongs to path param");
+
+    const std::string error = loadEnvironment(base, symbols);
+    if (!error.empty())
+        return fail(error);
+    const KZFileEnvironment& env = KZFileName::getGlobalFileEnvironment();
+
+    if (what == "parse") {
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (i > 0)
+                std::cout << '\n';
+            printParts(KZFileName(fromTerminal(names[i])), names[i]);
+        }
+        return 0;
+    }
+    if (what == "rel" && env.getBaseDir().compose().empty())
+        return fail("path rel needs a base directory: --base DIR, or SYS_BASEDIR in --symbols FILE");
+
+    const std::string symbolName = symbol ? fromTerminal(*symbol) : std::string();
+    if (what == "param" && env.getSymbol(symbolName).empty())
+        return fail("symbol <" + *symbol + "> is not defined (use --symbols FILE or --base DIR)");
+
+    int status = 0;
+    for (const std::string& input : names) {
+        KZFileName name(fromTerminal(input));
+        std::string result;
+        std::string note;
+        if (what == "rel") {
+            if (!name.makeRelPath())
+                note = "stays absolute: it is on another drive than the base directory";
+            result = name.compose();
+        } else if (what == "abs") {
+            if (!name.makeAbsPath(base.has_value()))
+                note = base ? "stays relative" : "cannot be resolved: no such file or directory";
+            result = name.compose();
+        } else {
+            result = name.asParmeterisedString(symbolName);
+            if (result == name.compose())
+                note = "does not lie below <" + *symbol + ">";
+        }
+        std::cout << toTerminal(result) << '\n';
+        if (!note.empty()) {
+            std::cerr << "kzbs: '" << input << "' " << note << '\n';
+            status = 1;
+        }
+    }
+    return status;
+}
+
+int runSymbols(Args& args)
+{
+    if (args.wantsHelp()) {
+        std::cout << kSymbolsUsage;
+        return 0;
+    }
+    const std::optional<std::string> base = args.option("--base");
+    const std::vector<std::string>& words = args.positional();
+    if (!args.error().empty())
+        return fail(args.error());
+    if (words.size() != 1)
+        return fail("symbols needs exactly one FILE (kzbs symbols --help)");
+    const std::string error = loadEnvironment(base, words.front());
+    if (!error.empty())
+        return fail(error);
+    std::ostringstream table;
+    KZFileName::getGlobalFileEnvironment().printSymbols(table, "");
+    std::cout << toTerminal(table.str());
+    return 0;
+}
 
 } // namespace kzbs

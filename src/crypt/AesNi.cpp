@@ -1,0 +1,263 @@
+// The block kernels on the processor's AES instructions. A key schedule is
+// already in the layout these instructions want: each round key is 16 bytes
+// in block order, and a decryption schedule carries InvMixColumns on its inner
+// round keys (the equivalent inverse cipher), exactly what AESDEC expects.
+// Kernels are written once for a round count and instantiated for 10, 12 and
+// 14 rounds so that the loops unroll; any other count (ROUNDS may be set by
+// hand) runs the same code with a run-time count.
+#include "RijndaelInternal.h"
+
+#if defined(__x86_64__) || defined(__i386__)
+#define KZ_HAVE_AESNI 1
+#include <smmintrin.h>
+#include <wmmintrin.h>
+#endif
+
+namespace kzcrypt {
+
+#if KZ_HAVE_AESNI
+
+#define KZ_AES_TARGET __attribute__((target("aes,sse4.1")))
+#define KZ_AES_INLINE __attribute__((target("aes,sse4.1"), always_inline)) inline
+
+namespace {
+
+constexpr std::size_t kLanes = 8;   // blocks in flight where blocks are independent
+
+struct Keys {
+    __m128i k[MAXROUNDS + 1];
+};
+
+KZ_AES_INLINE void loadKeys(Keys& keys, RoundKeys W, int rounds)
+{
+#pragma GCC unroll 15
+    for (int r = 0; r <= rounds; ++r)
+        keys.k[r] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(W[r]));
+}
+
+KZ_AES_INLINE __m128i encryptRounds(__m128i x, const Keys& keys, int rounds)
+{
+#pragma GCC unroll 14
+    for (int r = 1; r < rounds; ++r)
+        x = _mm_aesenc_si128(x, keys.k[r]);
+    return _mm_aesenclast_si128(x, keys.k[rounds]);
+}
+
+KZ_AES_INLINE __m128i decryptRounds(__m128i x, const Keys& keys, int rounds)
+{
+#pragma GCC unroll 14
+    for (int r = rounds - 1; r > 0; --r)
+        x = _mm_aesdec_si128(x, keys.k[r]);
+    return _mm_aesdeclast_si128(x, keys.k[0]);
+}
+
+KZ_AES_INLINE __m128i load(const unsigned char* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+KZ_AES_INLINE void store(unsigned char* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+
+// Eight independent blocks, each round applied to all of them before the
+// next, so the instruction latencies overlap.
+template <bool Encrypt>
+KZ_AES_INLINE void eightBlocks(__m128i x[kLanes], const Keys& keys, int rounds)
+{
+    const __m128i first = Encrypt ? keys.k[0] : keys.k[rounds];
+#pragma GCC unroll 8
+    for (std::size_t i = 0; i < kLanes; ++i)
+        x[i] = _mm_xor_si128(x[i], first);
+    if (Encrypt) {
+#pragma GCC unroll 14
+        for (int r = 1; r < rounds; ++r) {
+#pragma GCC unroll 8
+            for (std::size_t i = 0; i < kLanes; ++i)
+                x[i] = _mm_aesenc_si128(x[i], keys.k[r]);
+        }
+#pragma GCC unroll 8
+        for (std::size_t i = 0; i < kLanes; ++i)
+            x[i] = _mm_aesenclast_si128(x[i], keys.k[rounds]);
+    } else {
+#pragma GCC unroll 14
+        for (int r = rounds - 1; r > 0; --r) {
+#pragma GCC unroll 8
+            for (std::size_t i = 0; i < kLanes; ++i)
+                x[i] = _mm_aesdec_si128(x[i], keys.k[r]);
+        }
+#pragma GCC unroll 8
+        for (std::size_t i = 0; i < kLanes; ++i)
+            x[i] = _mm_aesdeclast_si128(x[i], keys.k[0]);
+    }
+}
+
+template <bool Encrypt>
+KZ_AES_INLINE void ecb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+{
+    Keys keys {};
+    loadKeys(keys, W, rounds);
+    for (; blocks >= kLanes; blocks -= kLanes, in += 16 * kLanes, out += 16 * kLanes) {
+        __m128i x[kLanes];
+#pragma GCC unroll 8
+        for (std::size_t i = 0; i < kLanes; ++i)
+            x[i] = load(in + 16 * i);
+        eightBlocks<Encrypt>(x, keys, rounds);
+#pragma GCC unroll 8
+        for (std::size_t i = 0; i < kLanes; ++i)
+            store(out + 16 * i, x[i]);
+    }
+    for (; blocks > 0; --blocks, in += 16, out += 16) {
+        if (Encrypt)
+            store(out, encryptRounds(_mm_xor_si128(load(in), keys.k[0]), keys, rounds));
+        else
+            store(out, decryptRounds(_mm_xor_si128(load(in), keys.k[rounds]), keys, rounds));
+    }
+}
+
+// CBC encryption is one chain; the plaintext's first key addition is taken
+// out of it.
+KZ_AES_INLINE void cbcEncrypt(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+                              int rounds, const unsigned char iv[16])
+{
+    Keys keys {};
+    loadKeys(keys, W, rounds);
+    __m128i chain = load(iv);
+    for (; blocks > 0; --blocks, in += 16, out += 16) {
+        const __m128i whitened = _mm_xor_si128(load(in), keys.k[0]);
+        chain = encryptRounds(_mm_xor_si128(chain, whitened), keys, rounds);
+        store(out, chain);
+    }
+}
+
+// CBC decryption is parallel: eight blocks at a time, the ciphertext kept in
+// registers before anything is stored, so in and out may be the same buffer.
+KZ_AES_INLINE void cbcDecrypt(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+                              int rounds, const unsigned char iv[16])
+{
+    Keys keys {};
+    loadKeys(keys, W, rounds);
+    __m128i previous = load(iv);
+    for (; blocks >= kLanes; blocks -= kLanes, in += 16 * kLanes, out += 16 * kLanes) {
+        __m128i c[kLanes], x[kLanes];
+#pragma GCC unroll 8
+        for (std::size_t i = 0; i < kLanes; ++i)
+            x[i] = c[i] = load(in + 16 * i);
+        eightBlocks<false>(x, keys, rounds);
+        store(out, _mm_xor_si128(x[0], previous));
+#pragma GCC unroll 8
+        for (std::size_t i = 1; i < kLanes; ++i)
+            store(out + 16 * i, _mm_xor_si128(x[i], c[i - 1]));
+        previous = c[kLanes - 1];
+    }
+    for (; blocks > 0; --blocks, in += 16, out += 16) {
+        const __m128i c = load(in);
+        store(out, _mm_xor_si128(decryptRounds(_mm_xor_si128(c, keys.k[rounds]), keys, rounds), previous));
+        previous = c;
+    }
+}
+
+template <int Rounds>
+KZ_AES_TARGET void ecbFixed(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
+                            RoundKeys W)
+{
+    if (encrypt)
+        ecb<true>(in, out, blocks, W, Rounds);
+    else
+        ecb<false>(in, out, blocks, W, Rounds);
+}
+
+KZ_AES_TARGET void ecbAny(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
+                          RoundKeys W, int rounds)
+{
+    if (encrypt)
+        ecb<true>(in, out, blocks, W, rounds);
+    else
+        ecb<false>(in, out, blocks, W, rounds);
+}
+
+template <int Rounds>
+KZ_AES_TARGET void cbcFixed(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
+                            RoundKeys W, const unsigned char iv[16])
+{
+    if (encrypt)
+        cbcEncrypt(in, out, blocks, W, Rounds, iv);
+    else
+        cbcDecrypt(in, out, blocks, W, Rounds, iv);
+}
+
+KZ_AES_TARGET void cbcAny(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
+                          RoundKeys W, int rounds, const unsigned char iv[16])
+{
+    if (encrypt)
+        cbcEncrypt(in, out, blocks, W, rounds, iv);
+    else
+        cbcDecrypt(in, out, blocks, W, rounds, iv);
+}
+
+void ecbDispatch(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+                 int rounds)
+{
+    switch (rounds) {
+    case 10: ecbFixed<10>(encrypt, in, out, blocks, W); break;
+    case 12: ecbFixed<12>(encrypt, in, out, blocks, W); break;
+    case 14: ecbFixed<14>(encrypt, in, out, blocks, W); break;
+    default: ecbAny(encrypt, in, out, blocks, W, rounds); break;
+    }
+}
+
+void cbcDispatch(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+                 int rounds, const unsigned char iv[16])
+{
+    switch (rounds) {
+    case 10: cbcFixed<10>(encrypt, in, out, blocks, W, iv); break;
+    case 12: cbcFixed<12>(encrypt, in, out, blocks, W, iv); break;
+    case 14: cbcFixed<14>(encrypt, in, out, blocks, W, iv); break;
+    default: cbcAny(encrypt, in, out, blocks, W, rounds, iv); break;
+    }
+}
+
+} // namespace
+
+bool cpuHasAes()
+{
+    static const bool has = __builtin_cpu_supports("aes") && __builtin_cpu_supports("sse4.1");
+    return has;
+}
+
+KZ_AES_TARGET void hwEncryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds)
+{
+    Keys keys {};
+    loadKeys(keys, W, rounds);
+    store(out, encryptRounds(_mm_xor_si128(load(in), keys.k[0]), keys, rounds));
+}
+
+void hwEncryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+{
+    ecbDispatch(true, in, out, blocks, W, rounds);
+}
+
+void hwDecryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+{
+    ecbDispatch(false, in, out, blocks, W, rounds);
+}
+
+void hwEncryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                  const unsigned char iv[16])
+{
+    cbcDispatch(true, in, out, blocks, W, rounds, iv);
+}
+
+void hwDecryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                  const unsigned char iv[16])
+{
+    cbcDispatch(false, in, out, blocks, W, rounds, iv);
+}
+
+#else // no AES instructions on this architecture: cpuHasAes() is false and
+      // the kernels are never called.
+
+bool cpuHasAes() { return false; }
+void hwEncryptBlock(const unsigned char*, unsigned char*, RoundKeys, int) {}
+void hwEncryptEcb(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int) {}
+void hwDecryptEcb(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int) {}
+void hwEncryptCbc(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int, const unsigned char*) {}
+void hwDecryptCbc(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int, const unsigned char*) {}
+
+#endif
+
+} // namespace kzcrypt

@@ -1,0 +1,314 @@
+// KZCrypt and KZCryptRijndael: one space-padded data block, its key as hex
+// text, AES-CBC in place, and the tagged stream.
+#include "KZCrypt.h"
+#include "KZStringFunctions.h"
+
+#include <algorithm>
+#include <cstring>
+#include <istream>
+#include <memory>
+#include <ostream>
+#include <string.h>   // explicit_bzero
+
+namespace {
+
+// The largest size whose rounding up to whole blocks fits 32 bits.
+constexpr std::uint32_t kMaxBufferSize = 0xFFFFFFF0u;
+// Bytes per blockEncrypt call: the cipher counts bits in an int.
+constexpr std::uint32_t kChunkBytes = 1u << 27;
+// Memory for a stream of unknown length grows from here as bytes arrive.
+constexpr std::uint32_t kFirstReadChunk = 1u << 20;
+
+constexpr char kRijndaelIv[] = "7E21C9A4D05B38F67E21C9A4D05B38F6";
+
+std::uint32_t roundUpToBlock(std::uint32_t size) { return (size + 15u) & ~15u; }
+
+// A wipe the compiler may not drop although the memory is freed next.
+void wipe(void* memory, std::size_t size)
+{
+    if (memory && size)
+        explicit_bzero(memory, size);
+}
+
+void tagBytes(const std::string& tag, char out[4])
+{
+    std::memset(out, 0, 4);
+    std::memcpy(out, tag.data(), std::min<std::size_t>(tag.size(), 4));
+}
+
+void putLittleEndian(char* out, std::uint32_t value)
+{
+    for (int i = 0; i < 4; ++i)
+        out[i] = static_cast<char>(value >> (8 * i));
+}
+
+std::uint32_t getLittleEndian(const char* in)
+{
+    std::uint32_t value = 0;
+    for (int i = 0; i < 4; ++i)
+        value |= std::uint32_t(static_cast<unsigned char>(in[i])) << (8 * i);
+    return value;
+}
+
+// The bytes left in a seekable stream, or -1 when it cannot tell (a pipe).
+std::streamoff bytesLeft(std::istream& in)
+{
+    const std::streampos here = in.tellg();
+    if (here == std::streampos(-1))
+        return -1;
+    in.seekg(0, std::ios::end);
+    const std::streampos end = in.tellg();
+    in.clear();
+    in.seekg(here);
+    if (end == std::streampos(-1) || !in) {
+        in.clear();
+        return -1;
+    }
+    return end - here;
+}
+
+// Reads up to `size` bytes into a new block; `have` tells how many arrived.
+// The block grows with the bytes delivered, so a stream claiming gigabytes it
+// does not have costs at most twice what it has.
+std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size, std::uint32_t& have)
+{
+    const std::streamoff left = bytesLeft(in);
+    std::uint32_t capacity = left >= 0 ? static_cast<std::uint32_t>(std::min<std::streamoff>(size, left))
+                                       : std::min(size, kFirstReadChunk);
+    std::unique_ptr<char[]> block(new char[capacity]);
+    have = 0;
+    for (;;) {
+        in.read(block.get() + have, capacity - have);
+        have += static_cast<std::uint32_t>(in.gcount());
+        if (have < capacity || capacity == size || !in)
+            return block;
+        const std::uint64_t wanted = std::max<std::uint64_t>(2ull * capacity, kFirstReadChunk);
+        const std::uint32_t grown = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, wanted));
+        std::unique_ptr<char[]> bigger(new char[grown]);
+        std::memcpy(bigger.get(), block.get(), have);
+        block = std::move(bigger);
+        capacity = grown;
+    }
+}
+
+// A short stream keeps its claimed sizes and a buffer of cryptedSize bytes
+// holding what arrived, zero-filled, unless the claim exceeds what arrived by
+// more than this: then the stream is too damaged to be worth the memory.
+constexpr std::uint32_t kMaxShortfall = 64u << 20;
+
+} // namespace
+
+// --- KZCrypt -------------------------------------------------------------------
+
+KZCrypt::KZCrypt(const std::string& key, const std::string& tag, KeySize size, bool useByteTable)
+    : m_typeTag(tag), m_keySize(size), m_useByteTable(useByteTable)
+{
+    m_keyText = new char[keyTextLength() + 1]();
+    setKey(key);
+}
+
+KZCrypt::~KZCrypt()
+{
+    clearBuffer();
+    wipe(m_keyText, keyTextLength() + 1);
+    delete[] m_keyText;
+}
+
+unsigned int KZCrypt::keyTextLength() const
+{
+    return m_keySize == Key128 || m_keySize == Key192 || m_keySize == Key256 ? static_cast<unsigned>(m_keySize) : 0;
+}
+
+bool KZCrypt::setKey(const std::string& key)
+{
+    const unsigned int length = keyTextLength();
+    if (key.size() > length / 2)
+        return false;
+    std::memset(m_keyText, '0', length);
+    const std::size_t tail = key.size() < 3 ? 0 : key.size() - 3;
+    const bool highByteAtEnd = std::any_of(key.begin() + static_cast<std::ptrdiff_t>(tail), key.end(),
+                                           [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    if (m_useByteTable || highByteAtEnd) {
+        static const char digits[] = "0123456789abcdef";
+        for (std::size_t i = 0; i < key.size(); ++i) {
+            const unsigned char b = static_cast<unsigned char>(key[i]);
+            m_keyText[2 * i] = digits[b >> 4];
+            m_keyText[2 * i + 1] = digits[b & 15];
+        }
+        return true;
+    }
+    // Numeric conversion, kept for compatibility with existing keys: each
+    // character's itoa text (with its NUL) at 2i, later characters overwriting
+    // the tail of earlier ones. No 0x80-0xFF among the last three means every
+    // text ends by position 2 x length, which the extra byte holds.
+    for (std::size_t i = 0; i < key.size(); ++i) {
+        char text[12] = {};
+        itoa(static_cast<signed char>(key[i]), text, 16);
+        const std::size_t room = length + 1 - 2 * i;
+        std::memcpy(m_keyText + 2 * i, text, std::min(std::strlen(text) + 1, room));
+    }
+    m_keyText[2 * key.size()] = '0';
+    return true;
+}
+
+void KZCrypt::setSize(unsigned int size)
+{
+    m_bufferSize = size;
+    m_cryptedSize = roundUpToBlock(size);
+}
+
+void KZCrypt::takeBuffer(char* buffer, std::uint32_t allocated)
+{
+    m_buffer = buffer;
+    m_allocated = allocated;
+}
+
+void KZCrypt::clearBuffer()
+{
+    if (m_buffer) {
+        wipe(m_buffer, m_allocated);
+        delete[] m_buffer;
+        m_buffer = nullptr;
+    }
+    m_allocated = 0;
+    m_bufferSize = 0;
+    m_cryptedSize = 0;
+}
+
+void KZCrypt::setBuffer(const char* data, unsigned int size)
+{
+    clearBuffer();
+    if (size > kMaxBufferSize)
+        return;
+    setSize(size);
+    char* block = new char[m_cryptedSize];
+    if (data) {
+        std::memcpy(block, data, size);
+        std::memset(block + size, ' ', m_cryptedSize - size);
+    } else {
+        std::memset(block, ' ', m_cryptedSize);
+    }
+    takeBuffer(block, m_cryptedSize);
+}
+
+void KZCrypt::setBuffer(const std::string& data)
+{
+    if (data.size() > kMaxBufferSize) {
+        clearBuffer();
+        return;
+    }
+    setBuffer(data.data(), static_cast<unsigned int>(data.size()));
+}
+
+bool KZCrypt::setCryptedBuffer(const char* data, unsigned int cryptedSize, unsigned int size)
+{
+    clearBuffer();
+    if (size > kMaxBufferSize)
+        return false;
+    setSize(size);
+    if (cryptedSize != m_cryptedSize || !data)
+        return false;
+    char* block = new char[m_cryptedSize];
+    std::memcpy(block, data, m_cryptedSize);
+    takeBuffer(block, m_cryptedSize);
+    return true;
+}
+
+unsigned int KZCrypt::heldCryptedSize() const { return std::min(m_cryptedSize, m_allocated); }
+
+bool KZCrypt::writeEncrypted(std::ostream& out) const
+{
+    if (m_cryptedSize > m_allocated)
+        return false;
+    char header[12];
+    tagBytes(m_typeTag, header);
+    putLittleEndian(header + 4, m_bufferSize);
+    putLittleEndian(header + 8, m_cryptedSize);
+    out.write(header, sizeof header);
+    if (m_cryptedSize)
+        out.write(m_buffer, static_cast<std::streamsize>(m_cryptedSize));
+    return !out.fail();
+}
+
+bool KZCrypt::readEncrypted(std::istream& in)
+{
+    clearBuffer();
+    char expected[4], tag[4];
+    tagBytes(m_typeTag, expected);
+    if (!in.read(tag, 4) || std::memcmp(tag, expected, 4) != 0)
+        return false;
+    char sizes[8] = {}; // a size that arrives only in part keeps zero bytes
+    in.read(sizes, 8);
+    m_bufferSize = getLittleEndian(sizes);
+    m_cryptedSize = getLittleEndian(sizes + 4);
+    std::uint32_t have = 0;
+    std::unique_ptr<char[]> block = in ? readBlock(in, m_cryptedSize, have) : nullptr;
+    if (have == m_cryptedSize && block) {
+        takeBuffer(block.release(), m_cryptedSize);
+        return !in.fail();
+    }
+    if (m_cryptedSize - have > kMaxShortfall) {
+        clearBuffer();
+        return false;
+    }
+    char* whole = new char[m_cryptedSize]();
+    if (have)
+        std::memcpy(whole, block.get(), have);
+    takeBuffer(whole, m_cryptedSize);
+    return false;
+}
+
+// --- KZCryptRijndael ------------------------------------------------------------
+
+KZCryptRijndael::KZCryptRijndael(const std::string& key, KeySize size, bool useByteTable)
+    : KZCrypt(key, "RCBC", size, useByteTable)
+{
+}
+
+KZCryptRijndael::~KZCryptRijndael() = default;
+
+namespace {
+
+struct CbcRun {
+    keyInstance key {};
+    cipherInstance cipher {};
+
+    CbcRun(unsigned char direction, int keySize, const char* keyText, std::uint32_t cryptedSize)
+    {
+        key.blockLen = cipher.blockLen = static_cast<int>(cryptedSize * 8u);
+        makeKey(&key, direction, keySize, keyText);
+        cipherInit(&cipher, MODE_CBC, kRijndaelIv);
+    }
+};
+
+} // namespace
+
+int KZCryptRijndael::encode()
+{
+    CbcRun run(DIR_ENCRYPT, m_keySize, m_keyText, m_cryptedSize);
+    unsigned char* data = reinterpret_cast<unsigned char*>(m_buffer);
+    const std::uint32_t held = heldCryptedSize();
+    for (std::uint32_t done = 0; done < held;) {
+        const std::uint32_t chunk = std::min(held - done, kChunkBytes);
+        blockEncrypt(&run.cipher, &run.key, data + done, static_cast<int>(chunk * 8), data + done);
+        done += chunk;
+        std::memcpy(run.cipher.IV, data + done - 16, 16);   // the chain goes on
+    }
+    return 0;
+}
+
+int KZCryptRijndael::decode()
+{
+    CbcRun run(DIR_DECRYPT, m_keySize, m_keyText, m_cryptedSize);
+    unsigned char* data = reinterpret_cast<unsigned char*>(m_buffer);
+    const std::uint32_t held = heldCryptedSize();
+    for (std::uint32_t done = 0; done < held;) {
+        const std::uint32_t chunk = std::min(held - done, kChunkBytes);
+        unsigned char lastCipherBlock[16];
+        std::memcpy(lastCipherBlock, data + done + chunk - 16, 16);
+        blockDecrypt(&run.cipher, &run.key, data + done, static_cast<int>(chunk * 8), data + done);
+        done += chunk;
+        std::memcpy(run.cipher.IV, lastCipherBlock, 16);
+    }
+    return 0;
+}

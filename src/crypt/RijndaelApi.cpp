@@ -1,0 +1,273 @@
+// The cipher interface: key and cipher records, the block functions in ECB,
+// CBC and CFB1, and the choice between portable and hardware code.
+#include "RijndaelInternal.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr int kUnresolved = -1;
+std::atomic<int> g_implementation{kUnresolved};
+
+int hexDigit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+// Two hex digits at text (high nibble first), or -1. The second digit is read
+// only when the first is valid, so a terminator stops the reading.
+int hexByte(const char* text)
+{
+    const int high = hexDigit(text[0]);
+    if (high < 0)
+        return -1;
+    const int low = hexDigit(text[1]);
+    return low < 0 ? -1 : high << 4 | low;
+}
+
+bool forcedPortableByEnvironment()
+{
+    const char* value = std::getenv("KZ_AES_PORTABLE");
+    return value && *value && std::strcmp(value, "0") != 0;
+}
+
+bool useHardware()
+{
+    int current = g_implementation.load(std::memory_order_relaxed);
+    if (current == kUnresolved) {
+        const int chosen = !forcedPortableByEnvironment() && kzcrypt::cpuHasAes() ? RIJNDAEL_HARDWARE
+                                                                                  : RIJNDAEL_PORTABLE;
+        g_implementation.compare_exchange_strong(current, chosen);
+        current = g_implementation.load(std::memory_order_relaxed);
+    }
+    return current == RIJNDAEL_HARDWARE;
+}
+
+void encryptOne(const unsigned char in[16], unsigned char out[16], kzcrypt::RoundKeys W, int rounds, bool hardware)
+{
+    if (hardware)
+        kzcrypt::hwEncryptBlock(in, out, W, rounds);
+    else
+        kzcrypt::encryptBlockPortable(in, out, W, rounds);
+}
+
+// The 1-bit feedback over the first 16 bytes of out, numBlocks times. The
+// register takes the ciphertext bit: the one just produced when encrypting,
+// the one read from `cipherBits` when decrypting (read before out is changed,
+// so both may be the same buffer).
+void cfb1(const cipherInstance* cipher, const keyInstance* key, const unsigned char* cipherBits,
+          unsigned char* out, int numBlocks)
+{
+    const int rounds = kzcrypt::effectiveRounds();
+    const bool hardware = useHardware();
+    unsigned char reg[16];
+    std::memcpy(reg, cipher->IV, 16);
+    for (int block = 0; block < numBlocks; ++block) {
+        for (int k = 0; k < 128; ++k) {
+            unsigned char stream[16];
+            encryptOne(reg, stream, key->keySched, rounds, hardware);
+            const int byte = k >> 3, shift = 7 - (k & 7);
+            const unsigned feedIn = cipherBits ? (cipherBits[byte] >> shift) & 1u : 0u;
+            out[byte] = static_cast<unsigned char>(out[byte] ^ ((stream[0] & 0x80u) >> (k & 7)));
+            const unsigned feedback = cipherBits ? feedIn : (out[byte] >> shift) & 1u;
+            for (int t = 0; t < 15; ++t)
+                reg[t] = static_cast<unsigned char>(reg[t] << 1 | reg[t + 1] >> 7);
+            reg[15] = static_cast<unsigned char>(reg[15] << 1 | feedback);
+        }
+    }
+}
+
+void encryptCbcPortable(const unsigned char* in, unsigned char* out, int blocks, kzcrypt::RoundKeys W,
+                        int rounds, const unsigned char iv[16])
+{
+    unsigned char chain[16];
+    std::memcpy(chain, iv, 16);
+    for (int b = 0; b < blocks; ++b, in += 16, out += 16) {
+        for (int j = 0; j < 16; ++j)
+            chain[j] ^= in[j];
+        kzcrypt::encryptBlockPortable(chain, chain, W, rounds);
+        std::memcpy(out, chain, 16);
+    }
+}
+
+void decryptCbcPortable(const unsigned char* in, unsigned char* out, int blocks, kzcrypt::RoundKeys W,
+                        int rounds, const unsigned char iv[16])
+{
+    unsigned char previous[16], current[16], plain[16];
+    std::memcpy(previous, iv, 16);
+    for (int b = 0; b < blocks; ++b, in += 16, out += 16) {
+        std::memcpy(current, in, 16);
+        kzcrypt::decryptBlockPortable(current, plain, W, rounds);
+        for (int j = 0; j < 16; ++j)
+            out[j] = static_cast<unsigned char>(plain[j] ^ previous[j]);
+        std::memcpy(previous, current, 16);
+    }
+}
+
+bool validMode(unsigned char mode) { return mode == MODE_ECB || mode == MODE_CBC || mode == MODE_CFB1; }
+
+// The pointers a call with at least one block needs: CFB1 encryption reads
+// no input.
+bool buffersPresent(int numBlocks, const unsigned char* input, const unsigned char* out, bool needsInput)
+{
+    return numBlocks <= 0 || (out && (input || !needsInput));
+}
+
+} // namespace
+
+bool rijndaelHardwareAvailable() { return kzcrypt::cpuHasAes(); }
+
+int rijndaelImplementation() { return useHardware() ? RIJNDAEL_HARDWARE : RIJNDAEL_PORTABLE; }
+
+int rijndaelSetImplementation(int implementation)
+{
+    const bool hardware = implementation == RIJNDAEL_HARDWARE && kzcrypt::cpuHasAes();
+    g_implementation.store(hardware ? RIJNDAEL_HARDWARE : RIJNDAEL_PORTABLE);
+    return rijndaelImplementation();
+}
+
+int makeKey(keyInstance* key, unsigned char direction, int keyLen, const char* keyMaterial)
+{
+    if (!key)
+        return BAD_KEY_INSTANCE;
+    if (direction != DIR_ENCRYPT && direction != DIR_DECRYPT)
+        return BAD_KEY_DIR;
+    key->direction = direction;
+    if (keyLen != 128 && keyLen != 192 && keyLen != 256)
+        return BAD_KEY_MAT;
+    key->keyLen = keyLen;
+    if (keyMaterial) {
+        // strncpy semantics, written out so that the record's own digits may
+        // be passed in as well.
+        int i = 0;
+        for (; i < keyLen / 4 && keyMaterial[i]; ++i)
+            key->keyMaterial[i] = keyMaterial[i];
+        for (; i < keyLen / 4; ++i)
+            key->keyMaterial[i] = '\0';
+    }
+    ROUNDS = keyLen / 32 + 6;
+    unsigned char k[4][MAXKC] = {};
+    for (int i = 0; i < keyLen / 8; ++i) {
+        const int value = hexByte(key->keyMaterial + 2 * i);
+        if (value < 0)
+            return BAD_KEY_MAT;
+        k[i % 4][i / 4] = static_cast<unsigned char>(value);
+    }
+    rijndaelKeySched(k, keyLen, key->keySched);
+    if (direction == DIR_DECRYPT)
+        rijndaelKeyEnctoDec(keyLen, key->keySched);
+    return CIPHER_SUCCESS;
+}
+
+int cipherInit(cipherInstance* cipher, unsigned char mode, const char* IV)
+{
+    if (!validMode(mode))
+        return BAD_CIPHER_MODE;
+    if (!cipher)
+        return BAD_CIPHER_STATE;
+    cipher->mode = mode;
+    if (!IV)
+        return CIPHER_SUCCESS;
+    for (int i = 0; i < 16; ++i) {
+        const int value = hexByte(IV + 2 * i);
+        if (value < 0)
+            return BAD_CIPHER_INSTANCE;
+        cipher->IV[i] = static_cast<unsigned char>(value);
+    }
+    return CIPHER_SUCCESS;
+}
+
+int blockEncrypt(const cipherInstance* cipher, const keyInstance* key, const unsigned char* input, int inputLen,
+                 unsigned char* outBuffer)
+{
+    if (!cipher || !key || key->direction == DIR_DECRYPT || !validMode(cipher->mode))
+        return BAD_CIPHER_STATE;
+    const int numBlocks = inputLen / 128;
+    if (!buffersPresent(numBlocks, input, outBuffer, cipher->mode != MODE_CFB1))
+        return BAD_CIPHER_STATE;
+    const int rounds = kzcrypt::effectiveRounds();
+    const std::size_t blocks = numBlocks > 0 ? static_cast<std::size_t>(numBlocks) : 0;
+    switch (cipher->mode) {
+    case MODE_ECB:
+        if (useHardware())
+            kzcrypt::hwEncryptEcb(input, outBuffer, blocks, key->keySched, rounds);
+        else
+            for (std::size_t b = 0; b < blocks; ++b)
+                kzcrypt::encryptBlockPortable(input + 16 * b, outBuffer + 16 * b, key->keySched, rounds);
+        break;
+    case MODE_CBC:
+        if (useHardware())
+            kzcrypt::hwEncryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
+        else
+            encryptCbcPortable(input, outBuffer, numBlocks, key->keySched, rounds, cipher->IV);
+        break;
+    default:
+        cfb1(cipher, key, nullptr, outBuffer, numBlocks);
+        break;
+    }
+    return 128 * numBlocks;
+}
+
+int blockDecrypt(const cipherInstance* cipher, const keyInstance* key, const unsigned char* input, int inputLen,
+                 unsigned char* outBuffer)
+{
+    if (!cipher || !key || !validMode(cipher->mode))
+        return BAD_CIPHER_STATE;
+    if (cipher->mode != MODE_CFB1 && key->direction == DIR_ENCRYPT)
+        return BAD_CIPHER_STATE;
+    const int numBlocks = inputLen / 128;
+    if (!buffersPresent(numBlocks, input, outBuffer, true))
+        return BAD_CIPHER_STATE;
+    const int rounds = kzcrypt::effectiveRounds();
+    const std::size_t blocks = numBlocks > 0 ? static_cast<std::size_t>(numBlocks) : 0;
+    switch (cipher->mode) {
+    case MODE_ECB:
+        if (useHardware())
+            kzcrypt::hwDecryptEcb(input, outBuffer, blocks, key->keySched, rounds);
+        else
+            for (std::size_t b = 0; b < blocks; ++b)
+                kzcrypt::decryptBlockPortable(input + 16 * b, outBuffer + 16 * b, key->keySched, rounds);
+        break;
+    case MODE_CBC:
+        if (useHardware())
+            kzcrypt::hwDecryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
+        else
+            decryptCbcPortable(input, outBuffer, numBlocks, key->keySched, rounds, cipher->IV);
+        break;
+    default:
+        cfb1(cipher, key, input, outBuffer, numBlocks);
+        break;
+    }
+    return 128 * numBlocks;
+}
+
+int cipherUpdateRounds(const cipherInstance* cipher, const keyInstance* key, const unsigned char* input, int,
+                       unsigned char* outBuffer, int rounds)
+{
+    if (!cipher || !key || !input || !outBuffer)
+        return BAD_CIPHER_STATE;
+    unsigned char state[4][MAXBC];
+    for (int i = 0; i < 16; ++i)
+        state[i % 4][i / 4] = input[i];
+    switch (key->direction) {
+    case DIR_ENCRYPT:
+        rijndaelEncryptRound(state, key->keySched, rounds);
+        break;
+    case DIR_DECRYPT:
+        rijndaelDecryptRound(state, key->keySched, rounds);
+        break;
+    default:
+        return BAD_KEY_DIR;
+    }
+    for (int i = 0; i < 16; ++i)
+        outBuffer[i] = state[i % 4][i / 4];
+    return CIPHER_SUCCESS;
+}

@@ -1,0 +1,101 @@
+// The application's identity and place: its bundle folder, its identifier,
+// bringing it to the front.
+#include "AppBundle.h"
+#include "CrossPlatformApi.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <cstring>
+#include <unistd.h>
+
+namespace {
+
+const char* const kUnknownBundleId = "unknownBundleID";
+
+std::string cp1252(const QString& text)
+{
+    return CrossPlatformApi::internalEncoding(text.toUtf8().toStdString());
+}
+
+// The identifier of the bundle three folders above ours, if that is one.
+QString outerBundleId()
+{
+    QDir dir(CrossPlatformApi::detail::bundlePath());
+    if (!dir.cdUp() || !dir.cdUp() || !dir.cdUp())
+        return QString();
+    const QString outer = dir.absolutePath();
+    if (!CrossPlatformApi::detail::isAppBundle(outer))
+        return QString();
+    return CrossPlatformApi::detail::plistString(
+        QDir(outer).absoluteFilePath(QStringLiteral("Contents/Info.plist")),
+        QStringLiteral("CFBundleIdentifier"));
+}
+
+bool startsWith(const std::string& text, const std::string& prefix)
+{
+    return text.compare(0, prefix.size(), prefix) == 0;
+}
+
+} // namespace
+
+BundlePathInfo getBundlePathInfo()
+{
+    const QByteArray path = QFile::encodeName(CrossPlatformApi::detail::bundlePath());
+    const std::string text = path.toStdString();
+    BundlePathInfo info;
+    info.isWritable = ::access(path.constData(), W_OK) == 0;
+    info.isOnVolumes = startsWith(text, "/media/") || startsWith(text, "/run/media/");
+    return info;
+}
+
+void activateApp()
+{
+    if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        return;
+    QWindow* window = QGuiApplication::focusWindow();
+    if (window && !window->isVisible())
+        window = nullptr;
+    if (!window) {
+        for (QWindow* candidate : QGuiApplication::topLevelWindows()) {
+            if (candidate->isVisible()) {
+                window = candidate;
+                break;
+            }
+        }
+    }
+    if (window) {
+        window->raise();
+        window->requestActivate();
+    }
+}
+
+std::string bundleId()
+{
+    const QString name = QGuiApplication::desktopFileName();
+    return name.isEmpty() ? std::string(kUnknownBundleId) : cp1252(name);
+}
+
+// A helper nested in another application's bundle presents itself under the
+// outer identifier when both share the maker's prefix (up to the outer
+// identifier's last "."), so that both appear as one application.
+std::string mainBundleId()
+{
+    const std::string mainId = bundleId();
+    const QString outer = outerBundleId();
+    if (outer.isEmpty())
+        return mainId;
+    const std::string outerId = cp1252(outer);
+    const size_t lastDot = outerId.rfind('.');
+    if (lastDot != std::string::npos && std::strncmp(outerId.c_str(), mainId.c_str(), lastDot) == 0)
+        return outerId;
+    return mainId;
+}
+
+namespace CrossPlatformApi {
+
+bool isDebuggerPresent() { return false; }
+
+} // namespace CrossPlatformApi

@@ -1,0 +1,90 @@
+// Helpers for the cipher tests: hex text, key records, and a fixture that
+// runs a test once on the portable code and once on the AES instructions.
+#ifndef KZ_CIPHER_TEST_SUPPORT_H
+#define KZ_CIPHER_TEST_SUPPORT_H
+
+#include "KZCrypt.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace crypt_test {
+
+using Bytes = std::vector<unsigned char>;
+
+inline Bytes fromHex(const std::string& hex)
+{
+    Bytes out;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
+        out.push_back(static_cast<unsigned char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    return out;
+}
+
+inline std::string toHex(const unsigned char* data, std::size_t size)
+{
+    std::string out;
+    char two[3];
+    for (std::size_t i = 0; i < size; ++i) {
+        std::snprintf(two, sizeof two, "%02x", data[i]);
+        out += two;
+    }
+    return out;
+}
+
+inline std::string toHex(const Bytes& data) { return toHex(data.data(), data.size()); }
+
+inline Bytes randomBytes(std::size_t size, unsigned seed)
+{
+    std::mt19937 rng(seed);
+    Bytes out(size);
+    for (unsigned char& b : out)
+        b = static_cast<unsigned char>(rng());
+    return out;
+}
+
+inline keyInstance makeKeyOrFail(unsigned char direction, const std::string& hexKey)
+{
+    keyInstance key {};
+    EXPECT_EQ(makeKey(&key, direction, static_cast<int>(hexKey.size() * 4), hexKey.c_str()), CIPHER_SUCCESS);
+    return key;
+}
+
+inline cipherInstance cipherOrFail(unsigned char mode, const char* iv = nullptr)
+{
+    cipherInstance cipher {};
+    EXPECT_EQ(cipherInit(&cipher, mode, iv), CIPHER_SUCCESS);
+    return cipher;
+}
+
+inline std::string implementationName(const ::testing::TestParamInfo<int>& info)
+{
+    return info.param == RIJNDAEL_HARDWARE ? "Hardware" : "Portable";
+}
+
+// Parameter: the implementation; restored (and ROUNDS reset) after each test.
+class BothPaths : public ::testing::TestWithParam<int> {
+protected:
+    void SetUp() override
+    {
+        m_saved = rijndaelImplementation();
+        if (GetParam() == RIJNDAEL_HARDWARE && !rijndaelHardwareAvailable())
+            GTEST_SKIP() << "no AES instructions on this processor";
+        ASSERT_EQ(rijndaelSetImplementation(GetParam()), GetParam());
+    }
+    void TearDown() override { rijndaelSetImplementation(m_saved); }
+
+private:
+    int m_saved = RIJNDAEL_PORTABLE;
+};
+
+#define KZ_BOTH_PATHS(suite)                                                                             \
+    INSTANTIATE_TEST_SUITE_P(Impl, suite, ::testing::Values(RIJNDAEL_PORTABLE, RIJNDAEL_HARDWARE), \
+                             crypt_test::implementationName)
+
+} // namespace crypt_test
+
+#endif // KZ_CIPHER_TEST_SUPPORT_H
