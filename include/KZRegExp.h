@@ -38,6 +38,9 @@
 // very end of a pattern, and a '-' ending the pattern inside a class, stand
 // for themselves (the octal escape for 0) instead of reading past the end.
 //
+// Cost: find() remembers, within one call, where the rest of a pattern has
+// failed, so even many nested closures ("a*a*a*a*b") take polynomial time.
+//
 // Threads: a compiled KZRegExp may be used by several threads for find() at
 // once; compiling (constructors, assignment, gen_pattern) and status() change
 // the object.

@@ -4,17 +4,20 @@
 // matcher has its own header, KZRegExp.h.
 //
 // All text is 8-bit: std::string of signed char, Latin-1/Windows-1252 in
-// practice. Case folding changes the ASCII letters only: bytes 0x80-0xFF reach
-// the C library's toupper/tolower sign-extended (as negative numbers) and come
-// back unchanged, so umlauts keep their case. The library never sets a locale.
+// practice. Case folding changes the ASCII letters only, whatever the locale:
+// a byte 0x80-0xFF is a negative char and comes back unchanged, so umlauts
+// keep their case. The no-case comparisons (strcasecmp) follow the C locale;
+// the library never sets one.
 // Nothing here throws on purpose; the two exceptions (expand with a fill of
 // 0x80 or above, formatDoubleToString asked to pad) are std::length_error and
 // are documented at the functions.
 // Threads: every function is re-entrant except KZStringFunctions::intToString,
-// which formats into one static buffer shared by all callers.
+// which formats into one static buffer shared by all callers; a
+// FixedSizeMemoryBuf, like any stream buffer, belongs to one thread at a time.
 // Where a caller breaks a precondition (a buffer too small, a search text that
 // is empty, a stream holding NUL bytes), the function takes the safe way
 // described at it instead of reading or writing out of bounds.
+// Linux: long has 64 bits here, so ltoa writes values beyond 32 bits in full.
 #ifndef KZ_STRING_FUNCTIONS_H
 #define KZ_STRING_FUNCTIONS_H
 

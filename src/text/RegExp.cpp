@@ -2,8 +2,10 @@
 // tokens against a text with greedy, backtracking closures.
 #include "KZRegExp.h"
 
+#include <cstdint>
 #include <cstring>
 #include <new>
+#include <vector>
 
 namespace {
 
@@ -33,6 +35,11 @@ bool isClosure(unsigned char token)
     return token == CLOSURE || token == PCLOSURE || token == OPT;
 }
 
+bool isToken(unsigned char c)
+{
+    return c == BOL || c == EOL || c == ANY || c == CCL || isClosure(c);
+}
+
 int tokenSize(const unsigned char* token)
 {
     return *token == CCL ? kClassTokenSize : 1;
@@ -56,7 +63,7 @@ bool endsPattern(char c) { return c == '\0' || c == '\n'; }
 
 // One token at *pos; see Match. A consuming match advances *pos. Nothing
 // consumes the terminating NUL.
-int omatch(const char** pos, const unsigned char* token, const char* start)
+inline int omatch(const char** pos, const unsigned char* token, const char* start)
 {
     const char c = **pos;
     bool consumes = false;
@@ -86,10 +93,160 @@ const char* lastMatched(const char* pos, const char* start)
     return pos > start ? pos - 1 : start;
 }
 
-// Matches the token string pat at str; returns a pointer to the last
-// character matched (never before start), or null.
-const char* patcmp(const char* str, const unsigned char* pat, const char* start)
+// One call of find(): the search start (the beginning-of-line position) and
+// what backtracking has learnt. Whether the rest of a pattern matches at a
+// position never depends on how the search got there, so once an attempt of
+// it failed it is not tried again. Patterns such as "a*a*a*a*b" would
+// otherwise take exponential time; ordinary searches never reach the point
+// where the memo starts.
+class Search {
+public:
+    Search(const unsigned char* pattern, const char* start, const char* end)
+        : start(start), m_pattern(pattern), m_positions(static_cast<std::size_t>(end - start) + 1) {}
+
+    const char* const start;
+
+    bool knownToFail(const unsigned char* rest, const char* pos)
+    {
+        if (++m_backtracks <= kMemoAfter || m_failed.empty())
+            return false;
+        const std::vector<std::uint64_t>& row = m_failed[static_cast<std::size_t>(rest - m_pattern)];
+        const std::size_t i = static_cast<std::size_t>(pos - start);
+        return !row.empty() && ((row[i >> 6] >> (i & 63)) & 1u);
+    }
+
+    void noteFailure(const unsigned char* rest, const char* pos)
+    {
+        if (m_backtracks <= kMemoAfter)
+            return;
+        if (m_failed.empty())
+            m_failed.resize(kAllocation);
+        std::vector<std::uint64_t>& row = m_failed[static_cast<std::size_t>(rest - m_pattern)];
+        if (row.empty())
+            row.assign((m_positions >> 6) + 1, 0);
+        const std::size_t i = static_cast<std::size_t>(pos - start);
+        row[i >> 6] |= std::uint64_t(1) << (i & 63);
+    }
+
+private:
+    static constexpr unsigned long kMemoAfter = 4096;
+
+    const unsigned char* m_pattern;
+    std::size_t m_positions;
+    unsigned long m_backtracks = 0;
+    std::vector<std::vector<std::uint64_t>> m_failed; // per token offset, a bit per position
+};
+
+const char* patcmp(const char* str, const unsigned char* pat, Search& search, const char** reach = nullptr);
+
+// A cheap test whether an attempt of the token string pat can get past its
+// first token at a position; it saves the call where it cannot.
+class FirstTokenFilter {
+public:
+    explicit FirstTokenFilter(const unsigned char* pat)
+    {
+        if (*pat == CCL)
+            m_bitmap = pat + 1;
+        else if (*pat != 0 && !isToken(*pat))
+            m_literal = static_cast<char>(*pat);
+    }
+
+    bool mayMatchAt(const char* pos) const
+    {
+        if (m_bitmap)
+            return *pos != '\0' && testBit(m_bitmap, static_cast<unsigned char>(*pos));
+        return m_literal == '\0' || *pos == m_literal;
+    }
+
+private:
+    const unsigned char* m_bitmap = nullptr;
+    char m_literal = '\0'; // NUL: no cheap test
+};
+
+// The end of the longest run of characters matching token from str on: the
+// same as calling omatch until it stops consuming, in a tight loop.
+const char* runEnd(const char* str, const unsigned char* token)
 {
+    switch (*token) {
+    case BOL:
+    case EOL:
+        return str; // anchors consume nothing
+    case ANY:
+        while (*str != '\0' && *str != '\n')
+            ++str;
+        return str;
+    case CCL: {
+        const unsigned char* const bitmap = token + 1;
+        if (!testBit(bitmap, 0)) {
+            // The text's NUL is no member and stops the run by itself.
+            while (testBit(bitmap, static_cast<unsigned char>(*str)))
+                ++str;
+            return str;
+        }
+        while (*str != '\0' && testBit(bitmap, static_cast<unsigned char>(*str)))
+            ++str;
+        return str;
+    }
+    default: {
+        const char c = static_cast<char>(*token);
+        if (c != '\0')
+            while (*str == c)
+                ++str;
+        return str;
+    }
+    }
+}
+
+// A '*' or '+' closure at pat (the token it repeats follows) and the rest of
+// the pattern behind it, at str: the longest run first, then backing off one
+// character at a time to where the repetition began. *reach receives the
+// end of the longest run.
+const char* matchClosure(const char* str, const unsigned char* pat, Search& search, const char** reach)
+{
+    const char* const start = search.start;
+    const unsigned char* const token = pat + 1;
+    const char* began = str;
+    if (*token == BOL || *token == EOL) {
+        // Only a stray token byte gets here: compiled closures never take anchors.
+        if (*pat == PCLOSURE && omatch(&str, token, start) == NoMatch) {
+            *reach = str;
+            return nullptr;
+        }
+    } else {
+        str = runEnd(str, token);
+        if (*pat == PCLOSURE) {
+            if (str == began) {
+                *reach = str;
+                return nullptr;
+            }
+            ++began; // the first repetition is required and is never given back
+        }
+    }
+    *reach = str;
+    const unsigned char* const rest = token + tokenSize(token);
+    if (!*rest)
+        return lastMatched(str, start);
+    const FirstTokenFilter filter(rest);
+    for (;; --str) {
+        if (filter.mayMatchAt(str) && !search.knownToFail(rest, str)) {
+            if (const char* end = patcmp(str, rest, search))
+                return end;
+            search.noteFailure(rest, str);
+        }
+        if (str == began)
+            return nullptr;
+    }
+}
+
+// Matches the token string pat at str; returns a pointer to the last
+// character matched (never before start), or null. When pat begins with a
+// '*' or '+' closure, *reach (if given) receives the end of its longest run.
+const char* patcmp(const char* str, const unsigned char* pat, Search& search, const char** reach)
+{
+    const char* const start = search.start;
+    const char* ignored = nullptr;
+    if (*pat == CLOSURE || *pat == PCLOSURE)
+        return matchClosure(str, pat, search, reach ? reach : &ignored);
     while (*pat) {
         if (*pat == OPT) {
             ++pat;
@@ -97,23 +254,8 @@ const char* patcmp(const char* str, const unsigned char* pat, const char* start)
             pat += tokenSize(pat);
             continue;
         }
-        if (*pat == CLOSURE || *pat == PCLOSURE) {
-            const bool atLeastOnce = *pat++ == PCLOSURE;
-            if (atLeastOnce && omatch(&str, pat, start) == NoMatch)
-                return nullptr;
-            const char* const began = str;
-            while (*str && omatch(&str, pat, start) == MatchedChar) {
-            }
-            pat += tokenSize(pat);
-            if (!*pat)
-                return lastMatched(str, start);
-            for (;; --str) {
-                if (const char* end = patcmp(str, pat, start))
-                    return end;
-                if (str == began)
-                    return nullptr;
-            }
-        }
+        if (*pat == CLOSURE || *pat == PCLOSURE)
+            return matchClosure(str, pat, search, &ignored);
         if (omatch(&str, pat, start) == NoMatch)
             return nullptr;
         pat += tokenSize(pat);
@@ -165,33 +307,206 @@ bool matchesAtEnd(const unsigned char* pat)
     return pat[0] == EOL || (pat[0] == BOL && (pat[1] == 0 || (pat[1] == EOL && pat[2] == 0)));
 }
 
-// The first position at or after at, before end, where an attempt can
-// succeed; end when there is none. Only the first token is looked at.
-const char* nextCandidate(const unsigned char* pat, const char* at, const char* end)
+// What find() knows about a compiled pattern before it searches, so it can
+// skip positions where no attempt can succeed. None of it changes a result.
+struct SearchPlan {
+    explicit SearchPlan(const unsigned char* pat)
+    {
+        anchored = pat[0] == BOL;
+        leadingRun = pat[0] == CLOSURE || pat[0] == PCLOSURE;
+        first = pat[0] == PCLOSURE ? pat + 1 : pat;
+        while (pat[prefixLength] != 0 && !isToken(pat[prefixLength]))
+            ++prefixLength;
+        prefix = reinterpret_cast<const char*>(pat);
+        if (leadingRun && pat[1] != BOL && pat[1] != EOL) {
+            rest = pat + 1 + tokenSize(pat + 1);
+            while (rest[restLiteralLength] != 0 && !isToken(rest[restLiteralLength]))
+                ++restLiteralLength;
+        }
+        findRequiredLiterals(pat);
+    }
+
+    // Every match consumes each run of literal tokens outside any closure,
+    // so a text lacking one of them holds no match at all. Up to four runs
+    // are kept, longer ones first in the pattern order they were found.
+    void findRequiredLiterals(const unsigned char* pat)
+    {
+        for (const unsigned char* t = pat; *t;) {
+            if (!isToken(*t)) {
+                const unsigned char* const begin = t;
+                while (*t && !isToken(*t))
+                    ++t;
+                noteRequired(reinterpret_cast<const char*>(begin), static_cast<std::size_t>(t - begin));
+                continue;
+            }
+            if (isClosure(*t))
+                ++t; // the governed token is skipped below with its size
+            if (*t)
+                t += tokenSize(t);
+        }
+    }
+
+    void noteRequired(const char* literal, std::size_t length)
+    {
+        if (requiredCount < kMaxRequired) {
+            required[requiredCount] = literal;
+            requiredLength[requiredCount++] = length;
+            return;
+        }
+        for (std::size_t i = 0; i < kMaxRequired; ++i) {
+            if (length > requiredLength[i]) {
+                required[i] = literal;
+                requiredLength[i] = length;
+                return;
+            }
+        }
+    }
+
+    // An anchored pattern is tried once; a literal prefix, and the literal
+    // after a leading run, are searched for anyway: they are not tested here.
+    bool cannotMatch(const char* from, const char* end) const
+    {
+        if (anchored)
+            return false;
+        const char* const restLiteral = reinterpret_cast<const char*>(rest);
+        for (std::size_t i = 0; i < requiredCount; ++i) {
+            if (required[i] == prefix || required[i] == restLiteral)
+                continue;
+            if (!::memmem(from, static_cast<std::size_t>(end - from), required[i], requiredLength[i]))
+                return true;
+        }
+        return false;
+    }
+
+    // The first position at or after at, before end, where an attempt can
+    // succeed; end when there is none.
+    const char* nextCandidate(const char* at, const char* end) const
+    {
+        if (prefixLength >= 2) {
+            const void* hit = ::memmem(at, static_cast<std::size_t>(end - at), prefix, prefixLength);
+            return hit ? static_cast<const char*>(hit) : end;
+        }
+        switch (*first) {
+        case CLOSURE:
+        case OPT:
+        case BOL:
+            return at;
+        case EOL:
+            return scanFor(at, end, '\n');
+        case ANY:
+            while (at < end && *at == '\n')
+                ++at;
+            return at;
+        case CCL:
+            if (testBit(first + 1, 0)) {
+                // *end is a NUL, which this class takes: it stops the scan.
+                while (!testBit(first + 1, static_cast<unsigned char>(*at)))
+                    ++at;
+                return at < end ? at : end;
+            }
+            while (at < end && !testBit(first + 1, static_cast<unsigned char>(*at)))
+                ++at;
+            return at;
+        default:
+            return scanFor(at, end, static_cast<char>(*first));
+        }
+    }
+
+    // Where to try next after an attempt at at failed, reach being how far
+    // its leading '*' or '+' run went. That attempt has already tried the
+    // rest of the pattern at every position up to reach, so the starts
+    // inside the run (and at its end) cannot succeed either.
+    const char* nextAfterFailure(const char* at, const char* reach) const
+    {
+        return leadingRun && reach > at ? reach + 1 : at + 1;
+    }
+
+    static const char* scanFor(const char* at, const char* end, char c)
+    {
+        const void* hit = std::memchr(at, c, static_cast<std::size_t>(end - at));
+        return hit ? static_cast<const char*>(hit) : end;
+    }
+
+    bool anchored = false;
+    bool leadingRun = false;
+    const unsigned char* first = nullptr;
+    const char* prefix = nullptr;
+    std::size_t prefixLength = 0;
+    static constexpr std::size_t kMaxRequired = 4;
+    const char* required[kMaxRequired] = {};
+    std::size_t requiredLength[kMaxRequired] = {};
+    std::size_t requiredCount = 0;
+    const unsigned char* rest = nullptr;  // behind a leading '*' or '+' and its token
+    std::size_t restLiteralLength = 0;    // literal tokens that rest begins with
+};
+
+// Whether c is one repetition of the closure token (ANY, CCL or a literal).
+bool repeats(const unsigned char* token, char c)
 {
-    const unsigned char* first = *pat == PCLOSURE ? pat + 1 : pat;
-    switch (*first) {
-    case CLOSURE:
-    case OPT:
+    if (c == '\0')
+        return false;
+    switch (*token) {
     case BOL:
-        return at;
-    case EOL: {
-        const void* hit = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
-        return hit ? static_cast<const char*>(hit) : end;
-    }
+    case EOL:
+        return false;
     case ANY:
-        while (at < end && *at == '\n')
-            ++at;
-        return at;
+        return c != '\n';
     case CCL:
-        while (at < end && !testBit(first + 1, static_cast<unsigned char>(*at)))
-            ++at;
-        return at;
-    default: {
-        const void* hit = std::memchr(at, *first, static_cast<std::size_t>(end - at));
-        return hit ? static_cast<const char*>(hit) : end;
+        return testBit(token + 1, static_cast<unsigned char>(c));
+    default:
+        return c == static_cast<char>(*token);
     }
+}
+
+// The leftmost match for a pattern "run then literal", such as "[a-z]+ing":
+// a leading '*' or '+' whose rest begins with a literal. Every match ends its
+// run where the rest matches, so the rest's occurrences are searched first;
+// the first place q where the rest matches fixes the leftmost start: the
+// beginning of the run of repetitions that ends at q. Attempts further left
+// cannot reach q (their run stops earlier) and found nothing before q.
+// Returns the start (end for none) and sets *last as patcmp does.
+const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* pat, Search& search,
+                                   const char* end, const char** last)
+{
+    const char* const from = search.start;
+    const unsigned char* const token = pat + 1;
+    const bool atLeastOnce = pat[0] == PCLOSURE;
+    const char* const literal = reinterpret_cast<const char*>(plan.rest);
+    for (const char* q = from + (atLeastOnce ? 1 : 0); q < end; ++q) {
+        const void* hit = ::memmem(q, static_cast<std::size_t>(end - q), literal, plan.restLiteralLength);
+        if (!hit)
+            break;
+        q = static_cast<const char*>(hit);
+        if (!patcmp(q, plan.rest, search))
+            continue;
+        const char* runStart = q;
+        while (runStart > from && repeats(token, runStart[-1]))
+            --runStart;
+        if (atLeastOnce && runStart == q)
+            continue;
+        if ((*last = patcmp(runStart, pat, search)) != nullptr)
+            return runStart;
     }
+    return end;
+}
+
+// The leftmost match by trying each candidate position in turn.
+const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat, Search& search,
+                               const char* end, const char** last)
+{
+    const char* const from = search.start;
+    const char* at = plan.nextCandidate(from, end);
+    while (at < end) {
+        const char* reach = at;
+        if ((*last = patcmp(at, pat, search, &reach)) != nullptr)
+            return at;
+        if (plan.anchored)
+            break; // the beginning of the line matches only at the search start
+        at = plan.nextAfterFailure(at, reach);
+        if (at < end)
+            at = plan.nextCandidate(at, end);
+    }
+    return end;
 }
 
 } // namespace
@@ -392,18 +707,15 @@ int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned
         } else {
             const void* nul = std::memchr(from, '\0', text.size() - start);
             const char* const end = nul ? static_cast<const char*>(nul) : base + text.size();
-            const bool anchored = m_pattern[0] == BOL;
-            for (const char* at = from; at < end; ++at) {
-                at = nextCandidate(m_pattern, at, end);
-                if (at == end)
-                    break;
-                if (const char* last = patcmp(at, m_pattern, from)) {
-                    length = static_cast<unsigned long>(last + 1 - at);
-                    offset = static_cast<int>(at - base);
-                    break;
-                }
-                if (anchored)
-                    break; // the beginning of the line matches only at the search start
+            const SearchPlan plan(m_pattern);
+            Search search(m_pattern, from, end);
+            const char* last = nullptr;
+            const char* at = plan.cannotMatch(from, end) ? end
+                             : plan.restLiteralLength > 0 ? leftmostRunThenLiteral(plan, m_pattern, search, end, &last)
+                                                          : leftmostByAttempts(plan, m_pattern, search, end, &last);
+            if (at < end) {
+                length = static_cast<unsigned long>(last + 1 - at);
+                offset = static_cast<int>(at - base);
             }
         }
     }

@@ -3,7 +3,6 @@
 #include "KZStringFunctions.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -66,7 +65,6 @@ int KZStringFunctions::compare(const std::string& s1, const std::string& s2, std
 int KZStringFunctions::stringToInt(const std::string& s)
 {
     // atoi's own overflow is undefined; strtol reports it, and it is clamped.
-    errno = 0;
     const long value = std::strtol(s.c_str(), nullptr, 10);
     if (value > INT_MAX)
         return INT_MAX;

@@ -68,11 +68,7 @@ TEST(FixedSizeMemoryBuf, SeekingFails)
 {
     char text[] = "abc";
     FixedSizeMemoryBuf buf(text, 3);
-    std::istream in(&buf);
-    EXPECT_EQ(in.tellg(), std::streampos(-1));
-    in.clear();
-    in.seekg(1);
-    EXPECT_TRUE(in.fail());
-    std::ostream out(&buf);
-    EXPECT_EQ(out.tellp(), std::streampos(-1));
+    std::iostream io(&buf);
+    EXPECT_EQ(io.tellg(), std::streampos(-1));
+    EXPECT_EQ(io.tellp(), std::streampos(-1));
 }

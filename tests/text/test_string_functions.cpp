@@ -12,18 +12,11 @@
 
 using SF = KZStringFunctions;
 
-TEST(RunsOfACharacter, FirstAndLastDifferent)
+TEST(RunsOfACharacter, LastDifferentNeverScansBeforeFirst)
 {
-    const std::string s = "xxabcxx";
-    EXPECT_EQ(SF::findFirstDifferent(s, 'x') - s.begin(), 2);
-    EXPECT_EQ(SF::findLastDifferent(s, 'x', s.begin()) - s.begin(), 5);
-    EXPECT_TRUE(SF::findLastDifferent(s, 'y', s.begin()) == s.end());
-    // never scans before first
+    const std::string s = "xxabcxx", all = "xxxx";
     EXPECT_EQ(SF::findLastDifferent(s, 'x', s.begin() + 5) - s.begin(), 5);
-    EXPECT_TRUE(SF::findLastDifferent(s, 'x', s.end()) == s.end());
-    const std::string all = "xxxx", empty;
-    EXPECT_TRUE(SF::findFirstDifferent(all, 'x') == all.end());
-    EXPECT_TRUE(SF::findFirstDifferent(empty, 'x') == empty.end());
+    EXPECT_TRUE(SF::findLastDifferent(s, 'y', s.begin()) == s.end());
     EXPECT_TRUE(SF::findLastDifferent(all, 'x', all.begin() + 1) == all.begin() + 1);
 }
 
@@ -103,16 +96,11 @@ TEST(NoCase, FindNoCase)
 
 TEST(NoCase, ComparisonsAndOrderings)
 {
-    EXPECT_TRUE(SF::equalsNoCase("abc", "ABC"));
     EXPECT_TRUE(SF::equalsNoCase(std::string("abc"), std::string("aBc")));
-    EXPECT_FALSE(SF::equalsNoCase("abc", "abd"));
     EXPECT_LT(SF::compareNoCase("a", "B"), 0);
-    EXPECT_GT(SF::compareNoCase(std::string("b"), std::string("A")), 0);
-    EXPECT_EQ(SF::compareNoCase("x", "X"), 0);
-
     std::set<std::string, KZStringLessNoCase> ascending{"beta", "Alpha", "ALPHA", "gamma"};
-    EXPECT_EQ(ascending.size(), 3u);
-    EXPECT_EQ(*ascending.begin(), "Alpha");
+    EXPECT_EQ(std::vector<std::string>(ascending.begin(), ascending.end()),
+              (std::vector<std::string>{"Alpha", "beta", "gamma"}));
     std::vector<std::string> words{"b", "C", "a"};
     std::sort(words.begin(), words.end(), KZStringGreaterNoCase());
     EXPECT_EQ(words, (std::vector<std::string>{"C", "b", "a"}));
@@ -151,16 +139,7 @@ TEST(IntText, StringToIntAndBack)
     EXPECT_EQ(SF::intToString(0), "0");
 }
 
-TEST(Replace, FirstOnly)
-{
-    std::string s = "a-b-c";
-    EXPECT_TRUE(SF::replace(s, "-", "+"));
-    EXPECT_EQ(s, "a+b-c");
-    EXPECT_FALSE(SF::replace(s, "x", "y"));
-    EXPECT_EQ(s, "a+b-c");
-}
-
-TEST(Replace, AllWithoutSearchingReplacedText)
+TEST(Replace, FirstOrAllWithoutSearchingReplacedText)
 {
     struct Case {
         const char* in;
@@ -182,6 +161,9 @@ TEST(Replace, AllWithoutSearchingReplacedText)
         EXPECT_EQ(SF::replaceAll(s, c.search, c.replacement), c.result) << c.in;
         EXPECT_EQ(s, c.out) << c.in;
     }
+    std::string s = "a-b-c";
+    EXPECT_TRUE(SF::replace(s, "-", "+"));
+    EXPECT_EQ(s, "a+b-c");
 }
 
 TEST(ReadLine, KeepsCarriageReturnLosesUnterminatedLast)
@@ -227,11 +209,7 @@ TEST(ReadFromFile, WholeStream)
     EXPECT_EQ(text, "");
 }
 
-TEST(Misc, ReverseAndXml)
+TEST(Xml, SpecialCharactersOnly)
 {
-    std::string s = "abc";
-    SF::reverse(s);
-    EXPECT_EQ(s, "cba");
     EXPECT_EQ(SF::translateSpecialCharsToXml("a<b>&\"c'\x01\xE4"), "a&lt;b&gt;&amp;&quot;c&apos;\x01\xE4");
-    EXPECT_EQ(SF::translateSpecialCharsToXml(""), "");
 }

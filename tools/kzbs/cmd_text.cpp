@@ -1,9 +1,192 @@
-// Placeholder until this command group is built.
+// kzbs grep and kzbs number: the library's pattern matcher and German
+// number notation from the command line.
 #include "commands.h"
+
+#include "KZRegExp.h"
+#include "KZStringFunctions.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iostream>
 
 namespace kzbs {
 
-int runGrep(Args&) { return fail("this command is not available yet"); }
-int runNumber(Args&) { return fail("this command is not available yet"); }
+namespace {
+
+const char* const kGrepUsage =
+    "usage: kzbs grep [-n] [-o] [--raw] PATTERN [FILE...]\n"
+    "Prints the lines of the files (standard input without files, or for '-')\n"
+    "in which the library's matcher finds PATTERN.\n"
+    "  -n, --line-number    prefix each line with its number\n"
+    "  -o, --only-matching  print only the matched text, one match per line\n"
+    "  --raw                take pattern and files as bytes; by default the pattern\n"
+    "                       comes from the terminal's UTF-8 and files are read as\n"
+    "                       Windows-1252, the library's text encoding. Bytes\n"
+    "                       0xA4 0xAA 0xAB 0xAE 0xBF 0xDB 0xDE in a pattern are\n"
+    "                       read as the matcher's tokens (UTF-8 a-umlaut holds 0xA4)\n"
+    "Pattern: literals, '.', [a-z] [^...] classes, * + ? after one token,\n"
+    "^ at the start, $ at the end, escapes such as \\t \\x41 \\^A.\n"
+    "Exit status: 0 a line matched, 1 none did, 2 an error occurred.\n";
+
+const char* const kNumberUsage =
+    "usage: kzbs number TEXT...\n"
+    "Prints each number written with a decimal point in German notation:\n"
+    "decimal comma and '.' grouping ('1234567.89' -> '1.234.567,89').\n"
+    "Without TEXT, reads one number per line from standard input.\n";
+
+std::string compileError(int status, const std::string& pattern)
+{
+    switch (status) {
+    case KZRegExp::StatusIllegal:
+        return "illegal pattern '" + pattern + "': it is empty or begins with a newline, '*', '+' or '?'";
+    case KZRegExp::StatusNoMemory:
+        return "out of memory compiling pattern '" + pattern + "'";
+    default:
+        return "pattern '" + pattern + "' is too long (at most " + std::to_string(KZRegExp::maxpat - 1) +
+               " compiled bytes) or puts a closure on an anchor or another closure";
+    }
+}
+
+struct GrepOptions {
+    bool lineNumbers = false;
+    bool onlyMatching = false;
+    bool raw = false;
+    bool anchored = false;      // the pattern begins with '^': one match per line at most
+    bool withFileName = false;
+};
+
+class Grep {
+public:
+    Grep(const KZRegExp& re, const GrepOptions& options) : m_re(re), m_options(options) {}
+
+    // Searches one stream; returns whether a line matched.
+    bool search(std::istream& in, const std::string& name)
+    {
+        bool matched = false;
+        std::string line;
+        for (unsigned long number = 1; std::getline(in, line); ++number) {
+            // The matcher sees the line with its newline, so '$' finds the
+            // end of every line, the last one included.
+            const std::string text = line + '\n';
+            const std::string prefix = (m_options.withFileName ? name + ":" : std::string()) +
+                                       (m_options.lineNumbers ? std::to_string(number) + ":" : std::string());
+            matched |= m_options.onlyMatching ? printMatches(text, prefix) : printLine(text, line, prefix);
+        }
+        return matched;
+    }
+
+private:
+    bool printLine(const std::string& text, const std::string& line, const std::string& prefix)
+    {
+        if (m_re.find(text, nullptr, 0) < 0)
+            return false;
+        std::cout << prefix << forTerminal(line) << '\n';
+        return true;
+    }
+
+    bool printMatches(const std::string& text, const std::string& prefix)
+    {
+        bool matched = false;
+        unsigned long start = 0;
+        while (start < text.size()) {
+            unsigned long length = 0;
+            const int at = m_re.find(text, &length, start);
+            if (at < 0)
+                break;
+            matched = true;
+            std::string piece = text.substr(static_cast<std::size_t>(at), length);
+            if (!piece.empty() && piece.back() == '\n')
+                piece.pop_back();
+            if (!piece.empty())
+                std::cout << prefix << forTerminal(piece) << '\n';
+            if (m_options.anchored)
+                break;
+            start = static_cast<unsigned long>(at) + (length > 0 ? length : 1);
+        }
+        return matched;
+    }
+
+    std::string forTerminal(const std::string& text) const
+    {
+        return m_options.raw ? text : toTerminal(text);
+    }
+
+    const KZRegExp& m_re;
+    GrepOptions m_options;
+};
+
+} // namespace
+
+int runGrep(Args& args)
+{
+    if (args.wantsHelp()) {
+        std::cout << kGrepUsage;
+        return 0;
+    }
+    GrepOptions options;
+    options.lineNumbers = args.flag("--line-number", "-n");
+    options.onlyMatching = args.flag("--only-matching", "-o");
+    options.raw = args.flag("--raw");
+    const std::vector<std::string>& words = args.positional();
+    if (!args.error().empty())
+        return fail(args.error());
+    if (words.empty()) {
+        std::cerr << kGrepUsage;
+        return fail("grep needs a PATTERN");
+    }
+    const std::string pattern = options.raw ? words[0] : fromTerminal(words[0]);
+    KZRegExp re(pattern.c_str());
+    if (const int status = re.status())
+        return fail(compileError(status, words[0]));
+    options.anchored = pattern[0] == '^';
+
+    std::vector<std::string> files(words.begin() + 1, words.end());
+    if (files.empty())
+        files.push_back("-");
+    options.withFileName = files.size() > 1;
+
+    Grep grep(re, options);
+    bool matched = false;
+    bool failed = false;
+    for (const std::string& file : files) {
+        const std::string name = file == "-" ? "(standard input)" : file;
+        if (file == "-") {
+            matched |= grep.search(std::cin, name);
+            continue;
+        }
+        std::ifstream in(file, std::ios::binary);
+        if (!in) {
+            fail(file + ": " + std::strerror(errno));
+            failed = true;
+            continue;
+        }
+        matched |= grep.search(in, name);
+    }
+    std::cout.flush();
+    return failed ? 2 : matched ? 0 : 1;
+}
+
+int runNumber(Args& args)
+{
+    if (args.wantsHelp()) {
+        std::cout << kNumberUsage;
+        return 0;
+    }
+    const std::vector<std::string>& words = args.positional();
+    if (!args.error().empty())
+        return fail(args.error());
+    auto print = [](const std::string& text) {
+        std::cout << toTerminal(reformatNumString(fromTerminal(text), true)) << '\n';
+    };
+    if (words.empty()) {
+        for (std::string line; std::getline(std::cin, line);)
+            print(line);
+    } else {
+        for (const std::string& word : words)
+            print(word);
+    }
+    return 0;
+}
 
 } // namespace kzbs
