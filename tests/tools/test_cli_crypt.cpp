@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 
@@ -26,36 +26,22 @@ protected:
         write("key", "correct horse\n");
     }
     void TearDown() override { std::system(("rm -rf " + m_dir).c_str()); }
-
     std::string path(const std::string& name) const { return m_dir + "/" + name; }
-    void write(const std::string& name, const std::string& bytes) const
-    {
-        std::ofstream(path(name), std::ios::binary) << bytes;
-    }
-
+    void write(const std::string& name, const std::string& bytes) const { std::ofstream(path(name)) << bytes; }
     std::string m_dir;
 };
 
-std::string binaryData(std::size_t size)
-{
-    std::mt19937 rng(7);
-    std::string out(size, '\0');
-    for (char& c : out)
-        c = static_cast<char>(rng());
-    return out;
-}
-
 TEST_F(CliCrypt, RoundTripsAnyBytesWithEveryKeySize)
 {
+    std::mt19937 rng(7);
     for (const char* bits : {"128", "192", "256"})
-        for (std::size_t size : {0, 1, 16, 17, 70000}) {
-            const std::string data = binaryData(size);
+        for (std::size_t size : {0, 17, 70000}) {
+            std::string data(size, '\0');
+            std::generate(data.begin(), data.end(), [&] { return static_cast<char>(rng()); });
             write("plain", data);
             const auto enc = runKzbs({"encrypt", "--bits", bits, "--key-file", path("key"), path("plain"), path("enc")});
             ASSERT_EQ(enc.status, 0) << enc.err;
-            const std::string stream = slurp(path("enc"));
-            EXPECT_EQ(stream.substr(0, 4), "RCBC");
-            EXPECT_EQ(stream.size(), 12 + (size + 15) / 16 * 16);
+            EXPECT_EQ(slurp(path("enc")).size(), 12 + (size + 15) / 16 * 16);
             const auto dec = runKzbs({"decrypt", "--bits", bits, "--key-file", path("key"), path("enc"), path("back")});
             ASSERT_EQ(dec.status, 0) << dec.err;
             EXPECT_EQ(slurp(path("back")), data) << bits << " " << size;
@@ -64,22 +50,17 @@ TEST_F(CliCrypt, RoundTripsAnyBytesWithEveryKeySize)
 
 TEST_F(CliCrypt, PipesAndKeySources)
 {
-    // The key file's trailing newline is not part of the key: the same as the
-    // environment variable without it.
-    const auto viaFile = runKzbs({"encrypt", "--key-file", path("key"), "-", "-"}, "some text");
-    const auto viaEnv = runKzbs({"encrypt", "--key-env", "KZ_TEST_KEY", "-", "-"}, "some text", {"KZ_TEST_KEY=correct horse"});
-    ASSERT_EQ(viaFile.status, 0) << viaFile.err;
-    EXPECT_EQ(viaFile.out, viaEnv.out);
-    // The portable cipher code gives the same bytes as the AES instructions.
-    EXPECT_EQ(runKzbs({"encrypt", "--key-file", path("key"), "-", "-"}, "some text", {"KZ_AES_PORTABLE=1"}).out,
-              viaFile.out);
+    // The key file's trailing newline (LF or CRLF) is not part of the key.
+    const auto viaEnv = runKzbs({"encrypt", "--key-env", "K", "-", "-"}, "some text", {"K=correct horse"});
+    ASSERT_EQ(viaEnv.status, 0) << viaEnv.err;
+    EXPECT_EQ(runKzbs({"encrypt", "--key-file", path("key"), "-", "-"}, "some text").out, viaEnv.out);
     write("crlf", "correct horse\r\n");
-    EXPECT_EQ(runKzbs({"encrypt", "--key-file", path("crlf"), "-", "-"}, "some text").out, viaFile.out);
+    EXPECT_EQ(runKzbs({"encrypt", "--key-file", path("crlf"), "-", "-"}, "some text", {"KZ_AES_PORTABLE=1"}).out,
+              viaEnv.out);
 
     const auto back = runKzbs({"decrypt", "--key-env", "K", "-", "-"}, viaEnv.out, {"K=correct horse"});
     EXPECT_EQ(back.status, 0) << back.err;
     EXPECT_EQ(back.out, "some text");
-
     // A wrong key is not detected: the result is just other bytes.
     const auto wrong = runKzbs({"decrypt", "--key-env", "K", "-", "-"}, viaEnv.out, {"K=wrong horse"});
     EXPECT_EQ(wrong.status, 0);
@@ -93,7 +74,6 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
     const std::string stream = slurp(path("enc"));
     write("wrongtag", "XXXX" + stream.substr(4));
     write("truncated", stream.substr(0, stream.size() - 5));
-    write("header", stream.substr(0, 7));
     write("trailing", stream + "junk");
     write("longkey", std::string(65, 'k'));
     write("ctrlkey", "a\x01" "b");
@@ -104,7 +84,6 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
     } cases[] = {
         {{"decrypt", "--key-file", path("key"), path("wrongtag"), path("out")}, "tag"},
         {{"decrypt", "--key-file", path("key"), path("truncated"), path("out")}, "truncated"},
-        {{"decrypt", "--key-file", path("key"), path("header"), path("out")}, "truncated"},
         {{"decrypt", "--key-file", path("key"), path("trailing"), path("out")}, "after the encrypted data"},
         {{"encrypt", "--key-file", path("longkey"), path("plain"), path("out")}, "at most 64"},
         {{"encrypt", "--key-file", path("ctrlkey"), path("plain"), path("out")}, "--byte-table"},
@@ -118,35 +97,24 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
         write("out", "previous contents");
         const auto r = runKzbs(c.args);
         EXPECT_EQ(r.status, 2) << c.message;
-        EXPECT_NE(r.err.find("kzbs: "), std::string::npos) << r.err;
+        EXPECT_EQ(r.err.rfind("kzbs: ", 0), 0u) << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
         EXPECT_EQ(slurp(path("out")), "previous contents") << c.message;
     }
-    // No temporary file is left behind.
-    EXPECT_NE(std::system(("ls " + m_dir + " | grep -q kzbs-").c_str()), 0);
+    EXPECT_NE(std::system(("ls " + m_dir + " | grep -q kzbs-").c_str()), 0);   // no temporary left
 }
 
 TEST_F(CliCrypt, InputOverFourGibibytesIsRefusedBeforeReading)
 {
-    const std::string big = path("big");
-    const int fd = ::open(big.c_str(), O_CREAT | O_WRONLY, 0600);
+    const int fd = ::open(path("big").c_str(), O_CREAT | O_WRONLY, 0600);
     ASSERT_GE(fd, 0);
     ASSERT_EQ(::ftruncate(fd, (off_t(1) << 32) + 1), 0);   // sparse: no disk space used
     ::close(fd);
-    const auto r = runKzbs({"encrypt", "--key-file", path("key"), big, path("out")});
+    const auto r = runKzbs({"encrypt", "--key-file", path("key"), path("big"), path("out")});
     EXPECT_EQ(r.status, 2);
     EXPECT_NE(r.err.find("4 GiB"), std::string::npos) << r.err;
     EXPECT_FALSE(std::ifstream(path("out")).good());
-}
-
-TEST_F(CliCrypt, HelpSaysAWrongKeyCannotBeDetected)
-{
-    for (const char* command : {"encrypt", "decrypt"}) {
-        const auto r = runKzbs({command, "--help"});
-        EXPECT_EQ(r.status, 0);
-        EXPECT_NE(r.out.find("wrong key cannot be detected"), std::string::npos);
-        EXPECT_NE(r.out.find("trailing newline"), std::string::npos);
-    }
 }
 
 } // namespace
