@@ -6,41 +6,21 @@
 
 #include <cerrno>
 #include <climits>
-#include <cstring>
 #include <stdexcept>
 #include <string>
 
-namespace {
-
-struct IntCase {
-    long value;
-    int radix;
-    const char* text;
-};
-
-const IntCase kIntCases[] = {
-    {255, 16, "ff"},        {255, 8, "377"},        {255, 2, "255"},  {255, 10, "255"},
-    {-1, 16, "ffffffff"},   {-28, 16, "ffffffe4"},  {-1, 8, "37777777777"},
-    {-28, 10, "-28"},       {-28, 0, "-28"},        {0, 16, "0"},     {0, 10, "0"},
-    {INT_MIN, 10, "-2147483648"}, {INT_MIN, 16, "80000000"}, {INT_MAX, 8, "17777777777"},
-};
-
-} // namespace
-
-TEST(Itoa, WritesEachRadixLowerCaseWithoutPrefix)
+TEST(Itoa, EachRadixLowerCaseWithoutPrefix)
 {
-    for (const IntCase& c : kIntCases) {
-        char buffer[12];
-        std::memset(buffer, 'Z', sizeof buffer);
+    struct Case { long value; int radix; const char* text; } const cases[] = {
+        {255, 16, "ff"}, {255, 8, "377"}, {255, 2, "255"}, {-28, 16, "ffffffe4"}, {-1, 8, "37777777777"},
+        {-28, 0, "-28"}, {0, 16, "0"}, {INT_MIN, 10, "-2147483648"}, {INT_MIN, 16, "80000000"},
+    };
+    for (const Case& c : cases) {
+        char buffer[12], longBuffer[24];
         EXPECT_EQ(itoa(static_cast<int>(c.value), buffer, c.radix), buffer);
         EXPECT_STREQ(buffer, c.text) << c.value << " radix " << c.radix;
-        char longBuffer[24];
         EXPECT_STREQ(ltoa(c.value, longBuffer, c.radix), c.text) << c.value << " radix " << c.radix;
     }
-}
-
-TEST(Itoa, LongBeyondThirtyTwoBitsAndBoundedForms)
-{
     char buffer[24];
     EXPECT_STREQ(ltoa(-4294967296L, buffer, 16), "ffffffff00000000");
     EXPECT_STREQ(ltoa(LONG_MIN, buffer, 8), "1000000000000000000000");
@@ -51,82 +31,48 @@ TEST(Itoa, LongBeyondThirtyTwoBitsAndBoundedForms)
     EXPECT_STREQ(buffer, "");
     EXPECT_EQ(itoa_s(1, buffer, 0, 10), EINVAL);
     EXPECT_EQ(ltoa_s(-1, buffer, 8, 16), ERANGE);
-}
-
-TEST(LTohex, PrefixIsOptional)
-{
     EXPECT_EQ(lTohex(-1, true), "0xffffffff");
     EXPECT_EQ(lTohex(255, false), "ff");
 }
 
 TEST(FormatDouble, DecimalAndGroupingCharacters)
 {
-    struct Case {
-        double value;
-        unsigned short precision;
-        char decimal, thousands;
-        const char* text;
-    } const cases[] = {
+    struct Case { double value; unsigned short precision; char decimal, thousands; const char* text; } const cases[] = {
         {1234.5, 2, ',', '.', "1.234,50"},
         {-0.0, 1, 0, 0, "0.0"},
         {1234567, 0, ',', '.', "12.345.67"},   // groups count from one right of the end
         {-123.5, 1, ',', '.', "-.123,5"},      // the sign counts as a digit
         {123.25, 2, ',', '.', "123,25"},
-        {1234567.125, 3, '.', ',', "1,234,567.125"},
         {1234.5, 1, 0, '\'', "1'234'.5"},      // no decimal character: counted from the end
-        {0.5, 0, ',', 0, "0"},
-        {2.5, 3, 0, 0, "2.500"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(formatDoubleToString(c.value, c.precision, 0, c.decimal, c.thousands), c.text) << c.text;
-}
-
-TEST(FormatDouble, WidthUpToTheLengthIsIgnoredBeyondItThrows)
-{
-    EXPECT_EQ(formatDoubleToString(1.5, 2, 4, 0, 0), "1.50");
+    EXPECT_EQ(formatDoubleToString(1.5, 2, 4, 0, 0), "1.50");   // a width up to the length is ignored
     EXPECT_THROW(formatDoubleToString(1.5, 2, 10, 0, 0), std::length_error);
 }
 
 TEST(ReformatNumString, GermanNotation)
 {
-    struct Case {
-        const char* in;
-        bool group;
-        const char* out;
-    } const cases[] = {
-        {"1234567.89", true, "1.234.567,89"}, {"-123.45", true, "-123,45"},
-        {"1234 EUR", true, "1.234 EUR"},      {"1234.5", false, "1234,5"},
-        {"123", true, "123"},                 {"1234", true, "1.234"},
-        {"-1234567", true, "-1.234.567"},     {"1.2.3", false, "1.2,3"},
-        {"EUR 1234", true, "EUR 1.234"},      {"", true, ""},
-        {"abc", true, "abc"},                 {"7", true, "7"},
-        {"x12345678,5", true, "x12.345.678,5"},
+    struct Case { const char* in; bool group; const char* out; } const cases[] = {
+        {"1234567.89", true, "1.234.567,89"}, {"-1234567", true, "-1.234.567"}, {"123", true, "123"},
+        {"1234 EUR", true, "1.234 EUR"},      {"1234.5", false, "1234,5"},      {"1.2.3", false, "1.2,3"},
+        {"x12345678,5", true, "x12.345.678,5"}, {"", true, ""},
         {"\xB2" "234", true, "\xB2" "234"},      // a byte above 0x7F is no digit
     };
     for (const Case& c : cases)
         EXPECT_EQ(reformatNumString(c.in, c.group), c.out) << c.in;
 }
 
-TEST(TextEscapes, ControlCharactersRoundTrip)
+TEST(TextEscapes, RoundTripAndLenientReading)
 {
-    EXPECT_EQ(c2txt("a\r\nb"), "a\\r\\nb");
-    EXPECT_EQ(txt2c("a\\r\\nb"), "a\r\nb");
-    EXPECT_EQ(c2txt("back\\slash\ttab"), "back\\\\slash\ttab");
-    EXPECT_EQ(c2txt(""), "");
+    EXPECT_EQ(c2txt("a\r\nb\\c\t"), "a\\r\\nb\\\\c\t");
     EXPECT_EQ(c2txt(nullptr), "");
-    for (const char* text : {"", "plain", "\r\n\\\r", "\\\\n", "mixed\\ \n end\\"})
+    for (const char* text : {"", "\r\n\\\r", "\\\\n", "mixed\\ \n end\\"})
         EXPECT_EQ(txt2c(c2txt(text)), text) << text;
-}
-
-TEST(TextEscapes, ReadingIsLenient)
-{
-    struct Case {
-        std::string in, out;
-    } const cases[] = {
+    struct Case { std::string in, out; } const cases[] = {
         {"\\t", "\t"},          // decoded although never produced
         {"\\q\\x", "qx"},       // unknown escapes drop the backslash
         {"a\\", "a\\"},         // a lone final backslash is kept
-        {"\\\\", "\\"},
         {std::string("\\\0z", 3), std::string("\0z", 2)},
     };
     for (const Case& c : cases)
