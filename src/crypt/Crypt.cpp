@@ -281,13 +281,17 @@ struct CbcRun {
     }
 };
 
+// The cipher works on whole blocks; a trailing partial block (a stream may
+// claim any size) stays as it is.
+std::uint32_t wholeBlocksHeld(std::uint32_t bytes) { return bytes & ~15u; }
+
 } // namespace
 
 int KZCryptRijndael::encode()
 {
     CbcRun run(DIR_ENCRYPT, m_keySize, m_keyText, m_cryptedSize);
     unsigned char* data = reinterpret_cast<unsigned char*>(m_buffer);
-    const std::uint32_t held = heldCryptedSize();
+    const std::uint32_t held = wholeBlocksHeld(heldCryptedSize());
     for (std::uint32_t done = 0; done < held;) {
         const std::uint32_t chunk = std::min(held - done, kChunkBytes);
         blockEncrypt(&run.cipher, &run.key, data + done, static_cast<int>(chunk * 8), data + done);
@@ -301,7 +305,7 @@ int KZCryptRijndael::decode()
 {
     CbcRun run(DIR_DECRYPT, m_keySize, m_keyText, m_cryptedSize);
     unsigned char* data = reinterpret_cast<unsigned char*>(m_buffer);
-    const std::uint32_t held = heldCryptedSize();
+    const std::uint32_t held = wholeBlocksHeld(heldCryptedSize());
     for (std::uint32_t done = 0; done < held;) {
         const std::uint32_t chunk = std::min(held - done, kChunkBytes);
         unsigned char lastCipherBlock[16];

@@ -146,6 +146,7 @@ TEST(CryptStream, OddStreamsKeepTheirSizesAndDamagedClaimsAreDropped)
         {"sizes cut off", "RCBC" + le32(20), false, 20, 0, true},
         {"truncated", truncated, false, 20, 32, true},
         {"crypted not whole blocks", "RCBC" + le32(20) + le32(33) + std::string(33, 'x'), true, 20, 33, true},
+        {"less than a block", "RCBC" + le32(0) + le32(9) + std::string(9, 'x'), true, 0, 9, true},
         {"crypted below size", "RCBC" + le32(40) + le32(32) + good.substr(12), true, 40, 32, true},
         {"absurd claim", "RCBC" + le32(0xFFFFFFF0u) + le32(0xFFFFFFF0u) + std::string(100, 'x'), false, 0, 0, false},
         {"size without padding room", "RCBC" + le32(0xFFFFFFFFu) + le32(0xFFFFFFF0u), false, 0, 0, false},
@@ -163,6 +164,8 @@ TEST(CryptStream, OddStreamsKeepTheirSizesAndDamagedClaimsAreDropped)
             EXPECT_EQ(reader.getBuffer() != nullptr, c.holdsBuffer) << c.what;
             EXPECT_EQ(reader.getBufferSize(), c.bufferSize) << c.what;
             EXPECT_EQ(reader.getCryptedSize(), c.cryptedSize) << c.what;
+            reader.decode(); // stays inside what is held, also for partial blocks
+            reader.encode();
         }
 
     // A truncated stream keeps what arrived, zero-filled to cryptedSize.
