@@ -1,35 +1,45 @@
-// Directory symbols: expansion, the symbol file and the printed table.
+// Names in their environment: directory symbols, the base directory and the file system.
 #include "KZFileEnvironment.h"
-
-#include "TempFolder.h"
+#include "KZFileName.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utime.h>
 
 namespace {
 
-class Symbols : public ::testing::Test {
-protected:
-    void SetUp() override { env() = KZFileEnvironment(); }
-    void TearDown() override { env() = KZFileEnvironment(); }
-    static KZFileEnvironment& env() { return KZFileName::getGlobalFileEnvironment(); }
-    static bool read(const std::string& text)
-    {
-        std::istringstream in(text);
-        return env().readSymbolsFromFile(in);
-    }
+// A fresh folder under /tmp, removed with its contents at the end of the test.
+struct TempFolder {
+    std::string path = "/tmp/kzbs-files-XXXXXX";
+    TempFolder() { if (!::mkdtemp(&path[0])) path = "/nonexistent"; }
+    ~TempFolder() { std::error_code ignored; std::filesystem::remove_all(path, ignored); }
+    std::string operator/(const std::string& relative) const { return path + "/" + relative; }
+    void makeFile(const std::string& name, const std::string& text = "x") const { std::ofstream(*this / name) << text; }
 };
+
+struct Symbols : ::testing::Test {
+    void SetUp() override { env() = KZFileEnvironment(); }
+    static KZFileEnvironment& env() { return KZFileName::getGlobalFileEnvironment(); }
+    static bool read(const std::string& text) { std::istringstream in(text); return env().readSymbolsFromFile(in); }
+};
+using Paths = Symbols;
+using FileSystem = Symbols;
 
 TEST_F(Symbols, Expansion)
 {
-    EXPECT_EQ(&KZFileName::getGlobalFileEnv(), &KZFileName::GlobalFileEnvironment);
-    read("ROOT=C:/Prog DATA=<ROOT>/Data A=1 B=2 lower=l =empty");
+    read("ROOT=C:\\Prog DATA=<ROOT>/Data A=1 B=2 lower=l =empty");
     const std::pair<const char*, const char*> cases[] = {
-        {"<DATA>/x.dat", "C:/Prog/Data/x.dat"}, {"<NOPE>/x", "/x"}, {"a<b", "a<b"}, {"x<A", "x<A"},
-        {"<A><B>", "12"}, {"<A>>", "1>"}, {"<<A>>", ">"}, {"<>", "empty"}, {"<LOWER><lower>", "l"}};
+        {"<DATA>/x.dat", "C:\\Prog/Data/x.dat"}, {"<NOPE>/x", "/x"}, {"a<b", "a<b"}, {"<A><B>", "12"},
+        {"<A>>", "1>"}, {"<<A>>", ">"}, {"<>", "empty"}, {"<LOWER><lower>", "l"}};
     for (const auto& c : cases)
         EXPECT_EQ(env().expandString(c.first), c.second) << c.first;
+    EXPECT_EQ(KZFileName("<DATA>/x.dat").compose(), "C:/Prog/Data/x.dat") << "names expand before parsing";
 }
 
 TEST_F(Symbols, CyclicSymbolsStopInsteadOfHanging)
@@ -55,33 +65,28 @@ TEST_F(Symbols, SymbolFileTokens)
 
 TEST_F(Symbols, SymbolFileResultTellsHowTheStreamEnded)
 {
-    const std::pair<const char*, bool> cases[] = {
-        {"A=1 B=2", true}, {"A=1 B=2\n", false}, {"A=1 B=2 \t", false}, {"", false}, {"  \n ", false}};
+    const std::pair<const char*, bool> cases[] = {{"A=1", true}, {"A=1\n", false}, {"A=1 \t", false}, {"", false}};
     for (const auto& c : cases) {
         env() = KZFileEnvironment();
         EXPECT_EQ(read(c.first), c.second) << '"' << c.first << '"';
-        EXPECT_EQ(env().getSymbols().size(), c.first[0] == 'A' ? 2u : 0u) << '"' << c.first << '"';
+        EXPECT_EQ(env().getSymbols().size(), c.first[0] ? 1u : 0u) << '"' << c.first << '"';
     }
 }
 
 TEST_F(Symbols, SymbolFileOnDisk)
 {
-    const kzbs_test::TempFolder tmp;
+    const TempFolder tmp;
     tmp.makeFile("DirectorySymbols.dat", "DATA=<SYS_BASEDIR>data\r\n");
-    tmp.makeFile("other.sym", "OTHER=2");
     EXPECT_FALSE(env().readSymbolsFromFile(KZFileName())) << "no base directory yet";
-    EXPECT_TRUE(env().setBaseDir(tmp.path()));
+    EXPECT_TRUE(env().setBaseDir(tmp.path));
     env().readSymbolsFromFile(KZFileName());
     EXPECT_EQ(env().expandString("<DATA>"), tmp / "data");
-    EXPECT_TRUE(env().readSymbolsFromFile(KZFileName(tmp / "other.sym")));
-    EXPECT_EQ(env().getSymbol("OTHER"), "2");
     EXPECT_FALSE(env().readSymbolsFromFile(KZFileName(tmp / "missing.sym")));
     EXPECT_FALSE(env().setBaseDir("relative"));
 }
 
 TEST_F(Symbols, PrintedTable)
 {
-    EXPECT_EQ(env().symbolsAsString(), "");
     env().setBaseDir("C:\\Prog");
     read("ROOT=C:/Prog DATA=<ROOT>\\Data");
     const std::string lines[] = {"DATA = <ROOT>\\Data (C:/Prog/Data)", "ROOT = C:/Prog (C:/Prog)",
@@ -90,6 +95,94 @@ TEST_F(Symbols, PrintedTable)
     std::ostringstream out;
     env().printSymbols(out, "  ");
     EXPECT_EQ(out.str(), "  " + lines[0] + "\n  " + lines[1] + "\n  " + lines[2] + "\n");
+}
+
+TEST_F(Paths, RelativeAndAbsoluteAgainstTheBaseDirectory)
+{
+    KZFileName noBase("sub/f.txt");
+    EXPECT_FALSE(noBase.makeAbsPath(true));
+    EXPECT_EQ(noBase.compose(), "sub/f.txt");
+    env().setBaseDir("C:\\Prog\\Data");
+    // A name, its relative form (null: none) and the absolute form of that again.
+    const struct { const char *name, *rel, *abs; } cases[] = {
+        {"C:/Prog/Out/x.txt", "../Out/x.txt", "C:/Prog/Out/x.txt"}, {"C:/x.txt", "../../x.txt", "C:/x.txt"},
+        {"c:\\prog\\DATA\\sub\\f.txt", "sub/f.txt", "C:/Prog/Data/sub/f.txt"}, {"C:/Prog/Data/", "", "C:/Prog/Data/"},
+        {"C:/Prog/DataOld/x", "../DataOld/x", "C:/Prog/DataOld/x"}, {"../x", "../x", "C:/Prog/x"},
+        {"D:/Prog/Data/x", nullptr, "D:/Prog/Data/x"}, {"/Prog/Data/x", nullptr, "/Prog/Data/x"}};
+    for (const auto& c : cases) {
+        KZFileName n(c.name);
+        EXPECT_EQ(n.makeRelPath(), c.rel != nullptr) << c.name;
+        EXPECT_EQ(n.compose(), c.rel ? c.rel : c.name) << c.name;
+        EXPECT_EQ(KZFileName(c.name).asRelPathString(), n.compose()) << c.name;
+        EXPECT_TRUE(n.makeAbsPath(true)) << c.name;
+        EXPECT_EQ(n.compose(), c.abs) << c.name;
+    }
+}
+
+TEST_F(Paths, MakeAbsPathAsksTheFileSystem)
+{
+    const TempFolder tmp;
+    std::filesystem::create_directory(tmp / "M\xC3\xBCll");
+    std::filesystem::create_directory_symlink(tmp / "M\xC3\xBCll", tmp / "link");
+    const std::string root = std::filesystem::canonical(tmp.path).string();
+    const std::pair<std::string, std::string> cases[] = {
+        {root + "/M\xFCll/../M\xFCll/./", root + "/M\xFCll"}, {root + "/link/.", root + "/M\xFCll"},
+        {"no/such/file", "no/such/file"}};
+    for (const auto& c : cases) {
+        KZFileName n(c.first);
+        EXPECT_EQ(n.makeAbsPath(false), c.first[0] == '/') << c.first;
+        EXPECT_EQ(n.compose(), c.second) << c.first;
+    }
+}
+
+TEST_F(Paths, AddAppendsRelativeNamesBelowADirectory)
+{
+    const struct { const char *base, *added; bool ok; const char* result; } cases[] = {
+        {"C:/a/", "sub/f.txt", true, "C:/a/sub/f.txt"}, {"C:/a/b/", "../g", true, "C:/a/g"},
+        {"C:/a/f", "g", false, "C:/a/f"}, {"C:/a/", "/x", false, "C:/a/"}, {"C:/a/", "C:x", false, "C:/a/"}};
+    for (const auto& c : cases) {
+        KZFileName n(c.base);
+        EXPECT_EQ(n.add(KZFileName(c.added)), c.ok) << c.base << ' ' << c.added;
+        EXPECT_EQ(n.compose(), c.result) << c.base << ' ' << c.added;
+    }
+}
+
+TEST_F(Paths, ParameterisedForm)
+{
+    read("ROOT=C:/Prog DATA=<ROOT>/Data EMPTY= REL=C:/Prog/Rel");
+    const struct { const char *name, *symbol, *result; } cases[] = {
+        {"c:\\prog\\data\\x.dat", "DATA", "<DATA>/x.dat"}, {"C:/Prog/Data/", "DATA", "<DATA>/"},
+        {"C:/Prog/DataOld/x", "DATA", "C:/Prog/DataOld/x"}, {"C:/Prog/Data/x", "NOPE", "C:/Prog/Data/x"},
+        {"C:/Prog/Data/x", "EMPTY", "C:/Prog/Data/x"}, {"C:/Prog/Data/x", "data", "C:/Prog/Data/x"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(KZFileName(c.name).asParmeterisedString(c.symbol), c.result) << c.name << ' ' << c.symbol;
+    env().setBaseDir("C:/Prog");
+    EXPECT_EQ(KZFileName("Rel/x.dat").asParmeterisedString("REL"), "<REL>/x.dat") << "relative names too";
+}
+
+TEST_F(FileSystem, ExistsIsWritableAndModificationTime)
+{
+    const TempFolder tmp;
+    for (const char* name : {"plain.txt", "readonly.txt", "M\xC3\xBCller.txt"})  // the umlaut in UTF-8 on disk
+        tmp.makeFile(name);
+    ::chmod((tmp / "readonly.txt").c_str(), 0444);
+    std::filesystem::create_directory(tmp / "folder");
+    const struct { const char* name; bool exists, writable; } cases[] = {
+        {"plain.txt", true, true}, {"readonly.txt", true, ::geteuid() == 0},  // root writes anyway
+        {"M\xFCller.txt", true, true}, {"M\xC3\xBCller.txt", false, false},    // Windows-1252 names only
+        {"missing.txt", false, false}, {".txt", true, false},                  // no base name: the folder
+        {"folder/", true, false}, {"missing/", false, false}};
+    for (const auto& c : cases) {
+        const KZFileName n(tmp / c.name);
+        EXPECT_EQ(n.exists(), c.exists) << c.name;
+        EXPECT_EQ(n.isWritable(), c.writable) << c.name;
+    }
+    EXPECT_FALSE(KZFileName("").exists());
+    const std::time_t stamp = 1700000000;
+    const struct utimbuf times = {stamp, stamp};
+    ASSERT_EQ(::utime((tmp / "M\xC3\xBCller.txt").c_str(), &times), 0);
+    EXPECT_EQ(KZFileName(tmp / "M\xFCller.txt").getFileTime().get_time_t(), stamp);
+    EXPECT_EQ(KZFileName(tmp / "missing.txt").getFileTime().Hash(), 0u) << "the null time";
 }
 
 } // namespace
