@@ -59,13 +59,37 @@ TEST_F(Exec, SplitsTheArgumentLineKeepingItsRepetitions)
         std::replace(path->begin(), path->end(), '/', '\\');
     struct Case { const char* line; const char* arguments; };
     const Case cases[] = {
-        {"a \"b c\"", "[a][b c]"}, {"\"x\" \"y\"", "[x][y]"}, {"\"x\" y z", "[x][y][z][z]"}, {"  a", "[a][a][a]"},
-        {"\"", "[]"},              {nullptr, ""},             {"'b c'", "['b][c']"},
+        {"a b", "[a][b]"},         {"a \"b c\"", "[a][b c]"},     {"\"x\" \"y\"", "[x][y]"},
+        {"\"x\" y", "[x][y][y]"},  {"\"x\" y z", "[x][y][z][z]"}, {"  a", "[a][a][a]"},
+        {"  ab", "[ab][ab]"},      {"\"", "[]"},                  {nullptr, ""},
+        {"'b c'", "['b][c']"},
         {"gr\xC3\xBC\xC3\x9F", "[gr\xC3\xBC\xC3\x9F]"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(run(program, c.line, work.c_str()), std::string(c.arguments) + "\nwork\n");
     EXPECT_TRUE(files.urls.isEmpty());
+}
+
+// X.app/Contents/MacOS/<CFBundleExecutable of Info.plist, else X> is what starts.
+TEST_F(Exec, StartsTheExecutableOfAnApplicationBundle)
+{
+    struct Case { const char* bundle; const char* plist; const char* executable; bool isBundle; };
+    const Case cases[] = {
+        {"Named.app", "<plist><dict><key>Nested</key><dict><key>CFBundleExecutable</key><string>No</string>"
+                      "</dict><key>CFBundleExecutable</key><string>Planer</string></dict></plist>", "Planer", true},
+        {"Plain.app", "<plist><dict><key>CFBundleName</key><string>P</string></dict></plist>", "Plain", true},
+        {"NoPlist.app", nullptr, "NoPlist", false}, // a folder, which cannot be started
+    };
+    for (const Case& c : cases) {
+        const std::string bundle = dir / c.bundle;
+        for (const std::string& folder : {bundle, bundle + "/Contents", bundle + "/Contents/MacOS"})
+            ::mkdir(folder.c_str(), 0755);
+        if (c.plist)
+            kzbs_test::writeFile(bundle + "/Contents/Info.plist", c.plist);
+        kzbs_test::writeFile(bundle + "/Contents/MacOS/" + c.executable, kzbs_test::readFile(dir / "rec.sh"), 0755);
+        const std::string recorded = run(bundle, "--open x");
+        EXPECT_EQ(recorded.substr(0, recorded.find('\n')), c.isBundle ? "[--open][x]" : "not started") << c.bundle;
+    }
 }
 
 TEST_F(Exec, DocumentsGoToTheDesktopHandler)
