@@ -387,6 +387,7 @@ struct SearchPlan {
             return hit ? static_cast<const char*>(hit) : end;
         }
         switch (*first) {
+        case 0:   // no tokens at all (such as "\\x"): matches wherever it is tried
         case CLOSURE:
         case OPT:
         case BOL:

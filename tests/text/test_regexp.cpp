@@ -90,6 +90,7 @@ TEST(RegExpFind, OffsetsAndLengths)
         {"b", "abc", 9, -1, 0},           // a start past the end finds nothing
         {"[", "w", 0, -1, 0},             // an empty class at the pattern's end matches nothing
         {"[]x", "ax]x", 0, -1, 0},
+        {"\\x", "abc", 1, 1, 1},          // no tokens at all: an empty match at the start
     };
     for (const Case& c : cases) {
         EXPECT_EQ(findIn(KZRegExp(c.pattern), c.text, c.start), Found(c.offset, c.length))

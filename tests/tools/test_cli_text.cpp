@@ -41,6 +41,9 @@ TEST(CliGrep, SeveralFilesArePrefixedAndMissingOnesReported)
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.out, a + ":beta\n");   // the other files are still searched
     EXPECT_EQ(r.err.rfind("kzbs: /nonexistent/kzbs-file: No such file", 0), 0u) << r.err;
+    r = runKzbs({"grep", "a", "/tmp"});   // a folder is an error, not "no match"
+    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(r.err, "kzbs: /tmp: is a directory\n");
     std::remove(a.c_str());
 }
 

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <sys/stat.h>
 #include <iostream>
 
 namespace kzbs {
@@ -19,7 +20,9 @@ const char* const kGrepUsage =
     "Prints the lines of the files (standard input without files, or for '-')\n"
     "in which the library's matcher finds PATTERN.\n"
     "  -n, --line-number    prefix each line with its number\n"
-    "  -o, --only-matching  print only the matched text, one match per line\n"
+    "  -o, --only-matching  print only the matched text, one match per line (a\n"
+    "                       pattern that can match nothing, such as b*, reports\n"
+    "                       an empty match as the one character at its position)\n"
     "  --raw                take pattern and files as bytes; by default the pattern\n"
     "                       comes from the terminal's UTF-8 and files are read as\n"
     "                       Windows-1252, the library's text encoding. Bytes\n"
@@ -155,6 +158,12 @@ int runGrep(Args& args)
             matched |= grep.search(std::cin, name);
             continue;
         }
+        struct stat info;
+        if (::stat(file.c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
+            fail(file + ": is a directory");
+            failed = true;
+            continue;
+        }
         std::ifstream in(file, std::ios::binary);
         if (!in) {
             fail(file + ": " + std::strerror(errno));
@@ -162,6 +171,10 @@ int runGrep(Args& args)
             continue;
         }
         matched |= grep.search(in, name);
+        if (in.bad()) {
+            fail(file + ": read error");
+            failed = true;
+        }
     }
     std::cout.flush();
     return failed ? 2 : matched ? 0 : 1;
