@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -46,6 +48,12 @@ TEST_F(CliCrypt, RoundTripsAnyBytesWithEveryKeySize)
             ASSERT_EQ(dec.status, 0) << dec.err;
             EXPECT_EQ(slurp(path("back")), data) << bits << " " << size;
         }
+    // OUT keeps the mode of the file it replaces (a temporary file alone would be 0600).
+    ::chmod(path("back").c_str(), 0640);
+    ASSERT_EQ(runKzbs({"decrypt", "--key-file", path("key"), path("enc"), path("back")}).status, 0);
+    struct stat info {};
+    ASSERT_EQ(::stat(path("back").c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0640u);
 }
 
 TEST_F(CliCrypt, PipesAndKeySources)
@@ -77,6 +85,8 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
     write("trailing", stream + "junk");
     write("longkey", std::string(65, 'k'));
     write("ctrlkey", "a\x01" "b");
+    write("bigkey", std::string((1 << 20) + 1, 'k'));
+    write("highkey", "\xE4" "bcde");   // would encrypt like any other high first byte
 
     const struct {
         std::vector<std::string> args;
@@ -87,6 +97,8 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
         {{"decrypt", "--key-file", path("key"), path("trailing"), path("out")}, "after the encrypted data"},
         {{"encrypt", "--key-file", path("longkey"), path("plain"), path("out")}, "at most 64"},
         {{"encrypt", "--key-file", path("ctrlkey"), path("plain"), path("out")}, "--byte-table"},
+        {{"encrypt", "--key-file", path("highkey"), path("plain"), path("out")}, "0xff; use --byte-table"},
+        {{"encrypt", "--key-file", path("bigkey"), path("plain"), path("out")}, "larger than 1 MiB"},
         {{"encrypt", "--key-env", "KZ_UNSET_FOR_TEST", path("plain"), path("out")}, "not set"},
         {{"encrypt", path("plain"), path("out")}, "--key-file"},
         {{"encrypt", "--bits", "100", "--key-file", path("key"), path("plain"), path("out")}, "--bits"},

@@ -33,7 +33,9 @@ const char kHelpTail[] =
     "                   encrypted that way)\n"
     "\n"
     "IN and OUT may be '-' for standard input and output. The key's bytes are used\n"
-    "as they are (no character-set conversion). It may have up to N/2 characters,\n"
+    "as they are (no character-set conversion), except that without --byte-table a\n"
+    "byte 0x80-0xFF before the key's last three characters counts as 0xff, so\n"
+    "encrypt refuses such keys. The key may have up to N/2 characters,\n"
     "but only the first N/8 count (16 for 128 bits). Keys are never taken as a\n"
     "command-line argument, where other users could read them.\n"
     "The format has no check value: a wrong key cannot be detected. Decrypting\n"
@@ -65,7 +67,8 @@ struct Request {
 std::string describe(const std::string& path) { return path == "-" ? "standard input" : path; }
 
 // Reads all of a file (or standard input for "-"); refuses more than `limit` bytes.
-bool readAll(const std::string& path, std::uint64_t limit, std::string& data, std::string& error)
+bool readAll(const std::string& path, std::uint64_t limit, std::string& data, std::string& error,
+             const char* tooLarge = " is larger than 4 GiB, more than the format's 32-bit sizes can hold")
 {
     std::FILE* file = path == "-" ? stdin : std::fopen(path.c_str(), "rb");
     if (!file) {
@@ -75,7 +78,7 @@ bool readAll(const std::string& path, std::uint64_t limit, std::string& data, st
     struct stat info {};
     if (::fstat(::fileno(file), &info) == 0 && S_ISREG(info.st_mode)) {
         if (static_cast<std::uint64_t>(info.st_size) > limit) {
-            error = describe(path) + " is larger than 4 GiB, more than the format's 32-bit sizes can hold";
+            error = describe(path) + tooLarge;
             if (file != stdin)
                 std::fclose(file);
             return false;
@@ -86,7 +89,7 @@ bool readAll(const std::string& path, std::uint64_t limit, std::string& data, st
     std::size_t got;
     while ((got = std::fread(chunk, 1, sizeof chunk, file)) > 0) {
         if (data.size() + got > limit) {
-            error = describe(path) + " is larger than 4 GiB, more than the format's 32-bit sizes can hold";
+            error = describe(path) + tooLarge;
             break;
         }
         data.append(chunk, got);
@@ -96,6 +99,17 @@ bool readAll(const std::string& path, std::uint64_t limit, std::string& data, st
     if (file != stdin)
         std::fclose(file);
     return error.empty();
+}
+
+// The mode OUT gets: that of the file it replaces, else what the umask allows.
+mode_t modeFor(const std::string& path)
+{
+    struct stat info {};
+    if (::stat(path.c_str(), &info) == 0)
+        return info.st_mode & 07777;
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
 }
 
 // Writes through `emit` to OUT: standard output directly, a file by way of a
@@ -116,6 +130,7 @@ bool writeOut(const std::string& path, Emit emit, std::string& error)
         error = "cannot create a file beside " + path + ": " + std::strerror(errno);
         return false;
     }
+    ::fchmod(fd, modeFor(path));
     ::close(fd);
     bool ok;
     {
@@ -141,7 +156,7 @@ bool loadKey(Args& args, Request& request, std::string& error)
         return false;
     }
     if (keyFile) {
-        if (!readAll(*keyFile, 1 << 20, request.key, error))
+        if (!readAll(*keyFile, 1 << 20, request.key, error, " is larger than 1 MiB, too large for a key file"))
             return false;
         if (!request.key.empty() && request.key.back() == '\n') {
             request.key.pop_back();
@@ -162,7 +177,7 @@ bool loadKey(Args& args, Request& request, std::string& error)
     return true;
 }
 
-bool checkKey(const Request& request, std::string& error)
+bool checkKey(const Request& request, bool encrypt, std::string& error)
 {
     const std::size_t bits = static_cast<std::size_t>(request.size);
     if (request.key.empty()) {
@@ -181,12 +196,21 @@ bool checkKey(const Request& request, std::string& error)
     bool byteTable = request.byteTable;
     for (std::size_t i = tail; i < request.key.size(); ++i)
         byteTable = byteTable || static_cast<unsigned char>(request.key[i]) >= 0x80;
-    for (std::size_t i = 0; !byteTable && i < request.key.size() && i < bits / 8; ++i)
-        if (static_cast<unsigned char>(request.key[i]) < 0x10) {
+    for (std::size_t i = 0; !byteTable && i < request.key.size() && i < bits / 8; ++i) {
+        const unsigned char c = static_cast<unsigned char>(request.key[i]);
+        if (c < 0x10) {
             error = "the key contains a control character (below 0x10) that the key conversion cannot "
                     "represent; use --byte-table";
             return false;
         }
+        // Such a byte counts as 0xff, so different keys would encrypt alike.
+        // Data encrypted that way elsewhere stays readable: decrypt accepts it.
+        if (c >= 0x80 && encrypt) {
+            error = "the key has a byte 0x80-0xFF before its last three characters, which the key "
+                    "conversion turns into 0xff; use --byte-table";
+            return false;
+        }
+    }
     return true;
 }
 
@@ -217,7 +241,7 @@ int parse(Args& args, bool encrypt, Request& request)
     if (words.size() != 2)
         return fail(std::string("usage: kzbs ") + (encrypt ? "encrypt" : "decrypt")
                     + " [--bits N] (--key-file FILE | --key-env VAR) IN OUT (see --help)");
-    if (!keyLoaded || !checkKey(request, error))
+    if (!keyLoaded || !checkKey(request, encrypt, error))
         return fail(error);
     request.in = words[0];
     request.out = words[1];

@@ -60,7 +60,11 @@ int iniSet(const std::vector<std::string>& words)
     const std::string section = fromTerminal(words[2]);
     const std::string key = fromTerminal(words[3]);
     const std::string value = fromTerminal(words[4]);
-    if (::access(file.c_str(), F_OK) == 0 && ::access(file.c_str(), W_OK) != 0)
+    // QSettings saves through a temporary file beside the file: the folder must be writable too.
+    const std::string::size_type slash = file.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : file.substr(0, slash);
+    if ((::access(file.c_str(), F_OK) == 0 && ::access(file.c_str(), W_OK) != 0)
+        || ::access(folder.c_str(), W_OK) != 0)
         return fail("cannot write " + file);
     CrossPlatformApi::writeIniString(section.c_str(), key.c_str(), value.c_str(), file.c_str());
     if (!isReadableFile(file))
