@@ -43,6 +43,14 @@ bool Args::flag(const std::string& name, const std::string& shortName)
     return found;
 }
 
+bool Args::answeredHelp(const char* usage)
+{
+    if (!wantsHelp())
+        return false;
+    std::cout << usage;
+    return true;
+}
+
 const std::vector<std::string>& Args::positional()
 {
     for (const std::string& word : m_words)

@@ -21,6 +21,8 @@ public:
     // "--name" (or the short form "-x" when given).
     bool flag(const std::string& name, const std::string& shortName = "");
     bool wantsHelp() { return flag("--help", "-h"); }
+    // With --help or -h: prints `usage` to stdout and returns true (the command then exits 0).
+    bool answeredHelp(const char* usage);
 
     // The words left once every option was taken; an unknown "--word" left
     // over is recorded as an error.

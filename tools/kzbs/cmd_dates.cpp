@@ -308,10 +308,8 @@ bool readStateOption(Args& args, BundesLand& land, int& status)
 
 int runHolidays(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kHolidaysHelp;
+    if (args.answeredHelp(kHolidaysHelp))
         return 0;
-    }
     int status = 0;
     BundesLand land = XX;
     if (!readStateOption(args, land, status))
@@ -353,10 +351,8 @@ int runHolidays(Args& args)
 
 int runIsHoliday(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kIsHolidayHelp;
+    if (args.answeredHelp(kIsHolidayHelp))
         return 0;
-    }
     int status = 0;
     BundesLand land = XX;
     if (!readStateOption(args, land, status))
@@ -390,10 +386,8 @@ int runIsHoliday(Args& args)
 
 int runEaster(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kEasterHelp;
+    if (args.answeredHelp(kEasterHelp))
         return 0;
-    }
     const std::vector<std::string> words = args.positional();
     if (!args.error().empty())
         return fail(args.error());

@@ -69,10 +69,8 @@ void printParts(const KZFileName& name, const std::string& input)
 
 int runPath(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kPathUsage;
+    if (args.answeredHelp(kPathUsage))
         return 0;
-    }
     const std::optional<std::string> base = args.option("--base");
     const std::optional<std::string> symbols = args.option("--symbols");
     const std::optional<std::string> symbol = args.option("--symbol");
@@ -141,10 +139,8 @@ int runPath(Args& args)
 
 int runSymbols(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kSymbolsUsage;
+    if (args.answeredHelp(kSymbolsUsage))
         return 0;
-    }
     const std::optional<std::string> base = args.option("--base");
     const std::vector<std::string>& words = args.positional();
     if (!args.error().empty())

@@ -76,10 +76,8 @@ int iniSet(const std::vector<std::string>& words)
 
 int runIni(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kIniUsage;
+    if (args.answeredHelp(kIniUsage))
         return 0;
-    }
     const std::vector<std::string>& words = args.positional();
     if (!args.error().empty())
         return fail(args.error());
@@ -114,10 +112,8 @@ int runIni(Args& args)
 
 int runFolders(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kFoldersUsage;
+    if (args.answeredHelp(kFoldersUsage))
         return 0;
-    }
     if (!args.positional().empty() || !args.error().empty())
         return fail(args.error().empty() ? "folders takes no arguments" : args.error());
 

@@ -123,10 +123,8 @@ private:
 
 int runGrep(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kGrepUsage;
+    if (args.answeredHelp(kGrepUsage))
         return 0;
-    }
     GrepOptions options;
     options.lineNumbers = args.flag("--line-number", "-n");
     options.onlyMatching = args.flag("--only-matching", "-o");
@@ -182,10 +180,8 @@ int runGrep(Args& args)
 
 int runNumber(Args& args)
 {
-    if (args.wantsHelp()) {
-        std::cout << kNumberUsage;
+    if (args.answeredHelp(kNumberUsage))
         return 0;
-    }
     const std::vector<std::string>& words = args.positional();
     if (!args.error().empty())
         return fail(args.error());
