@@ -269,50 +269,48 @@ KZCryptRijndael::~KZCryptRijndael() = default;
 
 namespace {
 
-struct CbcRun {
-    keyInstance key {};
-    cipherInstance cipher {};
-
-    CbcRun(unsigned char direction, int keySize, const char* keyText, std::uint32_t cryptedSize)
-    {
-        key.blockLen = cipher.blockLen = static_cast<int>(cryptedSize * 8u);
-        makeKey(&key, direction, keySize, keyText);
-        cipherInit(&cipher, MODE_CBC, kRijndaelIv);
-    }
-};
-
 // The cipher works on whole blocks; a trailing partial block (a stream may
 // claim any size) stays as it is.
 std::uint32_t wholeBlocksHeld(std::uint32_t bytes) { return bytes & ~15u; }
+
+// CBC in place over `bytes` under the fixed IV. The block functions count bits
+// in an int, so large buffers go through in pieces; each piece starts from the
+// last ciphertext block of the one before, which keeps it one chain.
+void cbcInPlace(unsigned char direction, int keySize, const char* keyText, std::uint32_t cryptedSize,
+                unsigned char* data, std::uint32_t bytes)
+{
+    keyInstance key {};
+    cipherInstance cipher {};
+    key.blockLen = cipher.blockLen = static_cast<int>(cryptedSize * 8u);
+    makeKey(&key, direction, keySize, keyText);
+    cipherInit(&cipher, MODE_CBC, kRijndaelIv);
+    const auto blockFunction = direction == DIR_ENCRYPT ? blockEncrypt : blockDecrypt;
+    for (std::uint32_t done = 0; done < bytes;) {
+        const std::uint32_t chunk = std::min(bytes - done, kChunkBytes);
+        unsigned char* piece = data + done;
+        unsigned char lastCipherBlock[16];
+        if (direction == DIR_DECRYPT) // decryption overwrites it
+            std::memcpy(lastCipherBlock, piece + chunk - 16, 16);
+        blockFunction(&cipher, &key, piece, static_cast<int>(chunk * 8), piece);
+        if (direction == DIR_ENCRYPT)
+            std::memcpy(lastCipherBlock, piece + chunk - 16, 16);
+        std::memcpy(cipher.IV, lastCipherBlock, 16);
+        done += chunk;
+    }
+}
 
 } // namespace
 
 int KZCryptRijndael::encode()
 {
-    CbcRun run(DIR_ENCRYPT, m_keySize, m_keyText, m_cryptedSize);
-    unsigned char* data = reinterpret_cast<unsigned char*>(m_buffer);
-    const std::uint32_t held = wholeBlocksHeld(heldCryptedSize());
-    for (std::uint32_t done = 0; done < held;) {
-        const std::uint32_t chunk = std::min(held - done, kChunkBytes);
-        blockEncrypt(&run.cipher, &run.key, data + done, static_cast<int>(chunk * 8), data + done);
-        done += chunk;
-        std::memcpy(run.cipher.IV, data + done - 16, 16);   // the chain goes on
-    }
+    cbcInPlace(DIR_ENCRYPT, m_keySize, m_keyText, m_cryptedSize, reinterpret_cast<unsigned char*>(m_buffer),
+               wholeBlocksHeld(heldCryptedSize()));
     return 0;
 }
 
 int KZCryptRijndael::decode()
 {
-    CbcRun run(DIR_DECRYPT, m_keySize, m_keyText, m_cryptedSize);
-    unsigned char* data = reinterpret_cast<unsigned char*>(m_buffer);
-    const std::uint32_t held = wholeBlocksHeld(heldCryptedSize());
-    for (std::uint32_t done = 0; done < held;) {
-        const std::uint32_t chunk = std::min(held - done, kChunkBytes);
-        unsigned char lastCipherBlock[16];
-        std::memcpy(lastCipherBlock, data + done + chunk - 16, 16);
-        blockDecrypt(&run.cipher, &run.key, data + done, static_cast<int>(chunk * 8), data + done);
-        done += chunk;
-        std::memcpy(run.cipher.IV, lastCipherBlock, 16);
-    }
+    cbcInPlace(DIR_DECRYPT, m_keySize, m_keyText, m_cryptedSize, reinterpret_cast<unsigned char*>(m_buffer),
+               wholeBlocksHeld(heldCryptedSize()));
     return 0;
 }
