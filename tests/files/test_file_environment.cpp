@@ -1,6 +1,7 @@
 // Names in their environment: directory symbols, the base directory and the file system.
 #include "KZFileEnvironment.h"
 #include "KZFileName.h"
+#include "TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -14,14 +15,7 @@
 
 namespace {
 
-// A fresh folder under /tmp, removed with its contents at the end of the test.
-struct TempFolder {
-    std::string path = "/tmp/kzbs-files-XXXXXX";
-    TempFolder() { if (!::mkdtemp(&path[0])) path = "/nonexistent"; }
-    ~TempFolder() { std::error_code ignored; std::filesystem::remove_all(path, ignored); }
-    std::string operator/(const std::string& relative) const { return path + "/" + relative; }
-    void makeFile(const std::string& name, const std::string& text = "x") const { std::ofstream(*this / name) << text; }
-};
+using kzbs_test::TempFolder;
 
 struct Symbols : ::testing::Test {
     void SetUp() override { env() = KZFileEnvironment(); }
@@ -76,7 +70,7 @@ TEST_F(Symbols, SymbolFileResultTellsHowTheStreamEnded)
 TEST_F(Symbols, SymbolFileOnDisk)
 {
     const TempFolder tmp;
-    tmp.makeFile("DirectorySymbols.dat", "DATA=<SYS_BASEDIR>data\r\n");
+    kzbs_test::writeFile(tmp / "DirectorySymbols.dat", "DATA=<SYS_BASEDIR>data\r\n");
     EXPECT_FALSE(env().readSymbolsFromFile(KZFileName())) << "no base directory yet";
     EXPECT_TRUE(env().setBaseDir(tmp.path));
     env().readSymbolsFromFile(KZFileName());
@@ -164,7 +158,7 @@ TEST_F(FileSystem, ExistsIsWritableAndModificationTime)
 {
     const TempFolder tmp;
     for (const char* name : {"plain.txt", "readonly.txt", "M\xC3\xBCller.txt"})  // the umlaut in UTF-8 on disk
-        tmp.makeFile(name);
+        kzbs_test::writeFile(tmp / name, "x");
     ::chmod((tmp / "readonly.txt").c_str(), 0444);
     std::filesystem::create_directory(tmp / "folder");
     const struct { const char* name; bool exists, writable; } cases[] = {

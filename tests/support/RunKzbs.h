@@ -4,13 +4,11 @@
 #ifndef KZBS_TESTS_RUN_KZBS_H
 #define KZBS_TESTS_RUN_KZBS_H
 
-#include <cstdio>
+#include "TempFolder.h"
+
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 namespace kzbs_test {
@@ -29,24 +27,14 @@ inline std::string shellQuote(const std::string& word)
     return quoted + "'";
 }
 
-inline std::string slurp(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 // Runs `kzbs ARGS...` with `input` on its standard input, in the environment
 // given as "NAME=VALUE" words (plus the test's own environment).
 inline CliResult runKzbs(const std::vector<std::string>& args, const std::string& input = "",
                          const std::vector<std::string>& env = {})
 {
-    char dir[] = "/tmp/kzbs-cli-XXXXXX";
-    if (!::mkdtemp(dir))
-        return {};
-    const std::string base = dir;
-    { std::ofstream(base + "/in", std::ios::binary) << input; }
+    const TempFolder dir;
+    const std::string base = dir.path;
+    writeFile(base + "/in", input);
     std::string command = "env";
     for (const std::string& e : env)
         command += " " + shellQuote(e);
@@ -57,12 +45,8 @@ inline CliResult runKzbs(const std::vector<std::string>& args, const std::string
     const int raw = std::system(command.c_str());
     CliResult result;
     result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    result.out = slurp(base + "/out");
-    result.err = slurp(base + "/err");
-    std::remove((base + "/in").c_str());
-    std::remove((base + "/out").c_str());
-    std::remove((base + "/err").c_str());
-    ::rmdir(dir);
+    result.out = readFile(base + "/out");
+    result.err = readFile(base + "/err");
     return result;
 }
 

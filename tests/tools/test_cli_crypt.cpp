@@ -14,23 +14,16 @@
 #include <random>
 
 using kzbs_test::runKzbs;
-using kzbs_test::slurp;
+using kzbs_test::readFile;
 
 namespace {
 
 class CliCrypt : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char dir[] = "/tmp/kzbs-crypt-XXXXXX";
-        ASSERT_NE(::mkdtemp(dir), nullptr);
-        m_dir = dir;
-        write("key", "correct horse\n");
-    }
-    void TearDown() override { std::system(("rm -rf " + m_dir).c_str()); }
-    std::string path(const std::string& name) const { return m_dir + "/" + name; }
-    void write(const std::string& name, const std::string& bytes) const { std::ofstream(path(name)) << bytes; }
-    std::string m_dir;
+    void SetUp() override { write("key", "correct horse\n"); }
+    std::string path(const std::string& name) const { return m_dir / name; }
+    void write(const std::string& name, const std::string& bytes) const { kzbs_test::writeFile(path(name), bytes); }
+    kzbs_test::TempFolder m_dir;
 };
 
 TEST_F(CliCrypt, RoundTripsAnyBytesWithEveryKeySize)
@@ -43,10 +36,10 @@ TEST_F(CliCrypt, RoundTripsAnyBytesWithEveryKeySize)
             write("plain", data);
             const auto enc = runKzbs({"encrypt", "--bits", bits, "--key-file", path("key"), path("plain"), path("enc")});
             ASSERT_EQ(enc.status, 0) << enc.err;
-            EXPECT_EQ(slurp(path("enc")).size(), 12 + (size + 15) / 16 * 16);
+            EXPECT_EQ(readFile(path("enc")).size(), 12 + (size + 15) / 16 * 16);
             const auto dec = runKzbs({"decrypt", "--bits", bits, "--key-file", path("key"), path("enc"), path("back")});
             ASSERT_EQ(dec.status, 0) << dec.err;
-            EXPECT_EQ(slurp(path("back")), data) << bits << " " << size;
+            EXPECT_EQ(readFile(path("back")), data) << bits << " " << size;
         }
     // OUT keeps the mode of the file it replaces (a temporary file alone would be 0600).
     ::chmod(path("back").c_str(), 0640);
@@ -79,7 +72,7 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
 {
     write("plain", "payload of some length");
     ASSERT_EQ(runKzbs({"encrypt", "--key-file", path("key"), path("plain"), path("enc")}).status, 0);
-    const std::string stream = slurp(path("enc"));
+    const std::string stream = readFile(path("enc"));
     write("wrongtag", "XXXX" + stream.substr(4));
     write("truncated", stream.substr(0, stream.size() - 5));
     write("trailing", stream + "junk");
@@ -112,9 +105,9 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
         EXPECT_EQ(r.err.rfind("kzbs: ", 0), 0u) << r.err;
         EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
-        EXPECT_EQ(slurp(path("out")), "previous contents") << c.message;
+        EXPECT_EQ(readFile(path("out")), "previous contents") << c.message;
     }
-    EXPECT_NE(std::system(("ls " + m_dir + " | grep -q kzbs-").c_str()), 0);   // no temporary left
+    EXPECT_NE(std::system(("ls " + m_dir.path + " | grep -q kzbs-").c_str()), 0);   // no temporary left
 }
 
 TEST_F(CliCrypt, InputOverFourGibibytesIsRefusedBeforeReading)

@@ -1,5 +1,5 @@
 // kzbs ini and kzbs folders, run as a user runs them.
-#include "../platform/TempFolder.h"
+#include "TempFolder.h"
 #include "RunKzbs.h"
 
 #include <gtest/gtest.h>

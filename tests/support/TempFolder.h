@@ -1,7 +1,9 @@
 // A fresh folder per test, removed with its contents afterwards; file helpers.
-#pragma once
+#ifndef KZBS_TESTS_TEMP_FOLDER_H
+#define KZBS_TESTS_TEMP_FOLDER_H
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -13,7 +15,9 @@ namespace kzbs_test {
 struct TempFolder {
     std::string path = std::string(std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp") + "/kzbs-XXXXXX";
     TempFolder() { if (!::mkdtemp(&path[0])) path.clear(); }
-    ~TempFolder() { std::system(("rm -rf '" + path + "'").c_str()); }
+    ~TempFolder() { std::error_code ignored; std::filesystem::remove_all(path, ignored); }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
     std::string operator/(const std::string& name) const { return path + "/" + name; }
 };
 
@@ -32,3 +36,5 @@ inline std::string readFile(const std::string& path)
 inline bool exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
 
 } // namespace kzbs_test
+
+#endif // KZBS_TESTS_TEMP_FOLDER_H
