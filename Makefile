@@ -40,14 +40,16 @@ test-asan: deps
 	LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp \
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS)
 
-bench: deps
+bench:
+	@./scripts/deps.sh bench
 	@cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DKZBS_BUILD_TESTS=OFF -DKZBS_BUILD_BENCH=ON >&2
 	@cmake --build $(BENCH_BUILD) -j $(JOBS) >&2
 	@for b in $(BENCH_BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b" $(BENCH_ARGS); done
 
 # Each fuzzer for FUZZ_SECONDS (clang's libFuzzer).
 FUZZ_SECONDS ?= 60
-fuzz: deps
+fuzz:
+	@./scripts/deps.sh fuzz
 	@cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++ -DKZBS_BUILD_TESTS=OFF -DKZBS_BUILD_FUZZ=ON >&2
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS) >&2
 	@for f in $(FUZZ_BUILD)/fuzz/fuzz_*; do [ -x "$$f" ] && "$$f" -max_total_time=$(FUZZ_SECONDS) || exit 1; done

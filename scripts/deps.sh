@@ -1,8 +1,30 @@
 #!/bin/sh
-# Installs the Debian packages the build, tests and benchmarks need, when any
-# is missing. Runs apt-get as root (or through sudo), never interactively.
+# Installs the Debian packages a make target needs, when any is missing.
+# Runs apt-get as root (or through sudo), never interactively.
+#
+#   scripts/deps.sh [bench] [fuzz] [package]
+#
+# Without arguments: what building and testing need (both Qt versions, the
+# test tools). Each named group adds what its make target needs on top.
 set -eu
-packages="cmake ninja-build g++ pkg-config make qtbase5-dev libx11-dev libgtest-dev libgmock-dev libbenchmark-dev libssl-dev"
+
+build="cmake ninja-build g++ pkg-config make ccache
+       qt6-base-dev qtbase5-dev libx11-dev
+       libgtest-dev libgmock-dev libssl-dev libcli11-dev
+       python3 python3-icalendar abigail-tools"
+bench="libbenchmark-dev libre2-dev libpcre2-dev"
+fuzz="clang libclang-rt-14-dev"
+package="debhelper dpkg-dev fakeroot lintian"
+
+packages="$build"
+for group in "$@"; do
+    case "$group" in
+        bench)   packages="$packages $bench" ;;
+        fuzz)    packages="$packages $fuzz" ;;
+        package) packages="$packages $package" ;;
+        *) echo "deps: unknown group '$group' (bench, fuzz, package)" >&2; exit 2 ;;
+    esac
+done
 
 missing=""
 for p in $packages; do
