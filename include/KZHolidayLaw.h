@@ -1,0 +1,94 @@
+// KZHolidayLaw.h - the public holidays of the German federal states as their
+// holiday laws (Feiertagsgesetze) have them, year by year, from 1990 on.
+//
+// KZCalendar.h keeps the library's classic table of fifteen holidays
+// unchanged, for the applications that rely on it. This rule set stands
+// beside it and follows the law: every rule holds from a first to a last
+// year, in whole states or in one region of a state, and one-off days (the
+// Reformationstag of 2017 in every state, Berlin's 8 May 2020) are rules of a
+// single date. Regions are named by their vehicle registration code within
+// their state (BY "A": the city of Augsburg).
+//
+// States and masks mean what they mean in KZCalendar: 0 accepts every holiday
+// of every state and region; one state selects the holidays that hold in the
+// whole state, plus those of its region when one is named; a mask of several
+// states asks for the holidays that hold throughout all of them (Alle: in all
+// sixteen).
+//
+// Years before 1990 are outside the rule set. The queries answer them with
+// BeforeFirstYear rather than an empty list, so "no holiday" always means no
+// holiday.
+//
+// Invariants: the rules are constant data built at compile time; every
+// function is reentrant and may run on any thread. Names are German,
+// Windows-1252, as in the rest of the library.
+#ifndef KZ_HOLIDAY_LAW_H
+#define KZ_HOLIDAY_LAW_H
+
+#include "KZCalendar.h"
+#include "KZDate.h"
+#include "KZExport.h"
+
+#include <string>
+#include <vector>
+
+namespace KZBasicServices {
+
+// A part of one state with holidays of its own.
+struct HolidayRegion {
+    BundesLand state;
+    const char* code;         // vehicle registration code: "A", "KATH", "BZ", "EIC", ...
+    const char* description;  // German, Windows-1252
+};
+
+} // namespace KZBasicServices
+
+// One holiday on one date and where it holds in that year.
+struct KZBS_API DatedHoliday {
+    KZDate date;
+    std::string name;  // German, Windows-1252
+    int states = 0;    // BundesLand mask of the states where it holds throughout
+    std::vector<const KZBasicServices::HolidayRegion*> regions;  // where it holds in a region only
+};
+
+class KZBS_API KZHolidayLaw {
+public:
+    static constexpr int FirstYear = 1990;
+
+    enum Status : int {
+        Ok = 0,
+        BeforeFirstYear = 1,  // the question reaches before 1990
+        UnknownRegion = 2     // no such region in the state (or no single state given)
+    };
+
+    // Every region known, ordered by state and code.
+    static const std::vector<KZBasicServices::HolidayRegion>& regions();
+    // The region `code` of `state` (exact, case-sensitive); nullptr if none.
+    static const KZBasicServices::HolidayRegion* findRegion(KZBasicServices::BundesLand state,
+                                                            const std::string& code);
+
+    // The holidays from `from` to `to` (both included) for `land` and the
+    // optional `region` ("" none), sorted by date; two on one day keep rule
+    // order. `out` is replaced; it is empty when to is before from.
+    static Status holidaysInPeriod(const KZDate& from, const KZDate& to, KZBasicServices::BundesLand land,
+                                   const std::string& region, std::vector<DatedHoliday>& out);
+
+    // 0: a holiday that holds in `land` (and `region`) falls on `date`;
+    // 2: holidays fall on it that hold elsewhere only; 1: no holiday anywhere;
+    // -1: `date` is before 1990; -2: unknown region.
+    static int isPublicHoliday(const KZDate& date, KZBasicServices::BundesLand land,
+                               const std::string& region = "");
+
+    // Where the holiday called `name` (exact, Windows-1252) holds in `year`:
+    // the mask of whole states and the regions. An unknown name, or one not
+    // in force that year, gives Ok with states 0 and no regions.
+    static Status whereHolds(const std::string& name, int year, int& states,
+                             std::vector<const KZBasicServices::HolidayRegion*>& regions);
+
+    // The classic table's holidays (KZCalendar::getPublicHolidaysInPeriod) in
+    // the same form, without regions; for code that handles both rule sets.
+    static std::vector<DatedHoliday> classicHolidaysInPeriod(const KZDate& from, const KZDate& to,
+                                                             KZBasicServices::BundesLand land);
+};
+
+#endif // KZ_HOLIDAY_LAW_H

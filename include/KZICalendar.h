@@ -1,0 +1,41 @@
+// KZICalendar.h - holidays as an iCalendar file (RFC 5545), for calendar
+// programs to import.
+//
+// The file is a VCALENDAR (VERSION:2.0, PRODID) with one all-day VEVENT per
+// holiday: DTSTART;VALUE=DATE on the day and DTEND on the next, SUMMARY in
+// UTF-8 with TEXT escaping, DTSTAMP, and a UID made from the date and the
+// name alone, so exporting the same holiday again gives the same UID and
+// calendar programs update rather than duplicate it. Lines end in CRLF and
+// are folded at 75 octets, never inside a UTF-8 character.
+//
+// Invariants: pure functions of their arguments; any thread.
+#ifndef KZ_ICALENDAR_H
+#define KZ_ICALENDAR_H
+
+#include "KZExport.h"
+#include "KZHolidayLaw.h"
+
+#include <ctime>
+#include <string>
+#include <vector>
+
+struct KZBS_API ICalendarOptions {
+    std::string prodId = "-//KzBasicServices//kzbs//DE";
+    std::string uidDomain = "kzbasicservices.invalid";  // the part after '@' in every UID
+    std::time_t stamp = 0;  // DTSTAMP (UTC); 0: CrossPlatformApi::now()
+};
+
+class KZBS_API KZICalendar {
+public:
+    // The whole calendar, UTF-8 with CRLF line ends. Names are converted from
+    // Windows-1252; where a holiday holds (states, regions) goes into
+    // DESCRIPTION.
+    static std::string write(const std::vector<DatedHoliday>& holidays, const ICalendarOptions& options = {});
+
+    // One content line ("NAME:value", UTF-8) folded at 75 octets, with CRLF.
+    static std::string foldLine(const std::string& line);
+    // A TEXT value with backslash, semicolon, comma and newline escaped.
+    static std::string escapeText(const std::string& utf8);
+};
+
+#endif // KZ_ICALENDAR_H
