@@ -45,7 +45,7 @@ void Program::printOverview(std::ostream& out) const
 {
     out << "usage: kzbs COMMAND [ARGS...]   (kzbs COMMAND --help for details)\n\n";
     if (!m_default.empty())
-        out << "Without a command, kzbs runs '" << m_default << "' for this year.\n\n";
+        out << "Without a command, kzbs " << m_defaultWhat << ".\n\n";
     out << "commands:\n";
     for (const CLI::App* command : m_app.get_subcommands([](const CLI::App*) { return true; })) {
         const std::string& name = command->get_name();

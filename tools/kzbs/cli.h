@@ -32,8 +32,13 @@ public:
     // stand between them). Everything after "--" is a word too, even when it
     // begins with '-'.
     CLI::Option* addWords(CLI::App& command, std::vector<std::string>& words);
-    // The command run when kzbs is called without any arguments.
-    void setDefault(const char* name) { m_default = name; }
+    // The command run when kzbs is called without any arguments, and what it
+    // then does, for `kzbs --help`.
+    void setDefault(const char* name, const char* what)
+    {
+        m_default = name;
+        m_defaultWhat = what;
+    }
 
     int run(int argc, char** argv);
 
@@ -48,6 +53,7 @@ private:
     std::map<std::string, const char*> m_usages;
     std::map<std::string, std::vector<std::string>*> m_words;
     std::string m_default;
+    std::string m_defaultWhat;
 };
 
 // Binds the option `name` to `target`, which stays nullopt unless the option

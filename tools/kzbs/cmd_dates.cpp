@@ -3,9 +3,12 @@
 
 #include "date_input.h"
 #include "holiday_table.h"
+#include "place_options.h"
 
 #include "KZCalendar.h"
 #include "KZDate.h"
+#include "KZHolidayLaw.h"
+#include "KZICalendar.h"
 
 #include <iostream>
 #include <memory>
@@ -20,25 +23,37 @@ namespace kzbs {
 namespace {
 
 const char* const kHolidaysHelp =
-    "usage: kzbs holidays [--state XX] [YEAR | FROM TO] [--format text|csv|json]\n"
+    "usage: kzbs holidays [YEAR | FROM TO] [--state XX [--region R]] [--classic]\n"
+    "                     [--format text|csv|json|ics]\n"
     "\n"
     "Lists the public holidays of a year (this year when none is given) or of a\n"
-    "period FROM..TO (both inclusive), one per line: date, weekday, name and the\n"
-    "federal states in which it is a public holiday (\"alle\": all sixteen).\n"
+    "period FROM..TO (both inclusive), one per line: date, weekday, name and where\n"
+    "it is a public holiday: the states (\"alle\": all sixteen), then regions as\n"
+    "STATE-CODE (SN-BZ). By default the holidays are those of the states' holiday\n"
+    "laws as they stood in each year, from 1990 on.\n"
     "\n"
-    "  YEAR            1583..4099\n"
+    "  YEAR            1990..4099 (1583..4099 with --classic)\n"
     "  FROM, TO        YYYY-MM-DD or DD.MM.YYYY; a bare year means its first\n"
     "                  (FROM) or last (TO) day\n"
     "  --state XX      only holidays of one state: abbreviation (BY) or name\n"
     "                  (Bayern, bayern, Th\xC3\xBCringen, Thueringen)\n"
-    "  --format F      text (default), csv or json\n";
+    "  --region R      with --state, also the holidays of one of its regions:\n"
+    "                  BY A (Augsburg), BY KATH (Catholic communities), SN BZ,\n"
+    "                  TH EIC, TH UH, TH WAK (Catholic communities there)\n"
+    "  --classic       the library's fixed table of fifteen holidays instead, as\n"
+    "                  applications built on the library see it\n"
+    "  --format F      text (default), csv, json or ics (iCalendar, for calendar\n"
+    "                  programs)\n";
 
 const char* const kIsHolidayHelp =
-    "usage: kzbs is-holiday DATE [--state XX]\n"
+    "usage: kzbs is-holiday DATE [--state XX [--region R]] [--classic]\n"
     "\n"
-    "Names the public holiday(s) on DATE (YYYY-MM-DD or DD.MM.YYYY) and the states\n"
-    "where each holds. Exit status 0 when DATE is a public holiday in the state\n"
-    "(without --state: in any state), 1 when it is not, 2 for bad input.\n";
+    "Names the public holiday(s) on DATE (YYYY-MM-DD or DD.MM.YYYY) and where each\n"
+    "holds. Exit status 0 when DATE is a public holiday in the state (and region;\n"
+    "without --state: anywhere), 1 when it is not, 2 for bad input.\n"
+    "By default by the states' holiday laws (dates from 1990 on); --classic asks\n"
+    "the library's fixed table (1583..4099). --state and --region as for\n"
+    "kzbs holidays.\n";
 
 const char* const kEasterHelp =
     "usage: kzbs easter YEAR...\n"
@@ -48,62 +63,130 @@ const char* const kEasterHelp =
 
 // What the holiday commands take from the command line.
 struct HolidayRequest {
-    std::optional<std::string> state;
+    PlaceWords place;
     std::string format = "text";
     std::vector<std::string> words;
 };
 
-// "BW BY ST", or "alle" for all sixteen.
-std::vector<std::string> statesOf(const PublicHolidayInfoBase& rule)
+// "BW BY ST" for a mask of states, or "alle" for all sixteen.
+std::vector<std::string> statesOf(int mask)
 {
-    if ((rule.m_states & Alle) == Alle)
+    if ((mask & Alle) == Alle)
         return {"alle"};
     const Bundeslaender states;
     std::vector<std::string> result;
     const BundesLand* all = Bundeslaender::getBundesLandConstants();
     for (int i = 0; i < 16; ++i)
-        if (rule.m_states & all[i])
+        if (mask & all[i])
             result.push_back(states.getName(all[i], false));
     return result;
 }
 
-std::string join(const std::vector<std::string>& words)
+HolidayRow rowOf(const DatedHoliday& holiday)
 {
-    std::string text;
-    for (const std::string& w : words)
-        text += (text.empty() ? "" : " ") + w;
-    return text;
+    const Bundeslaender states;
+    HolidayRow row{holiday.date, holiday.name, statesOf(holiday.states), {}};
+    for (const HolidayRegion* region : holiday.regions)
+        row.regions.push_back(states.getName(region->state, false) + "-" + region->code);
+    return row;
 }
 
-// The --state option: XX (every state) when it is not given; nullopt after an error.
-std::optional<BundesLand> stateOption(const std::optional<std::string>& text, int& status)
+std::vector<HolidayRow> rowsOf(const std::vector<DatedHoliday>& holidays)
 {
-    if (!text)
-        return XX;
-    return parseState(*text, status);
+    std::vector<HolidayRow> rows;
+    for (const DatedHoliday& holiday : holidays)
+        rows.push_back(rowOf(holiday));
+    return rows;
+}
+
+// The classic table's holidays, listed exactly as kzbs always listed them.
+std::vector<HolidayRow> classicRows(const Period& period, BundesLand land)
+{
+    std::vector<HolidayRow> rows;
+    for (const PublicHolidayInfo& h : KZCalendar::getPublicHolidaysInPeriod(period.from, period.to, land))
+        rows.push_back({h.getDate(), h.m_name, statesOf(h.m_states), {}});
+    return rows;
+}
+
+// The law's holidays of a period for a place; nullopt after an error.
+std::optional<std::vector<DatedHoliday>> lawHolidays(const Period& period, const Place& place, int& status)
+{
+    std::vector<DatedHoliday> holidays;
+    switch (KZHolidayLaw::holidaysInPeriod(period.from, period.to, place.land, place.region, holidays)) {
+    case KZHolidayLaw::Ok:
+        return holidays;
+    case KZHolidayLaw::BeforeFirstYear:
+        status = failBeforeLaw(std::to_string(period.from.Year()));
+        return std::nullopt;
+    default:
+        status = fail("no holidays known for " + isoDate(period.from) + " .. " + isoDate(period.to));
+        return std::nullopt;
+    }
 }
 
 int holidays(const HolidayRequest& request)
 {
     int status = 0;
-    const std::optional<BundesLand> land = stateOption(request.state, status);
-    if (!land)
+    const std::optional<Place> place = parsePlace(request.place, status);
+    if (!place)
         return status;
     const std::optional<Period> period = parseYearOrPeriod(request.words, status);
     if (!period)
         return status;
-    std::vector<HolidayRow> rows;
-    for (const PublicHolidayInfo& h : KZCalendar::getPublicHolidaysInPeriod(period->from, period->to, *land))
-        rows.push_back({h.getDate(), h.m_name, statesOf(h), {}});
-    printHolidayRows(std::cout, rows, request.format);
+    if (place->classic && request.format != "ics") {
+        printHolidayRows(std::cout, classicRows(*period, place->land), request.format);
+        return 0;
+    }
+    std::optional<std::vector<DatedHoliday>> holidays =
+        place->classic ? KZHolidayLaw::classicHolidaysInPeriod(period->from, period->to, place->land)
+                       : lawHolidays(*period, *place, status);
+    if (!holidays)
+        return status;
+    if (request.format == "ics")
+        std::cout << KZICalendar::write(*holidays);
+    else
+        printHolidayRows(std::cout, rowsOf(*holidays), request.format);
     return 0;
+}
+
+std::string holidayLine(const KZDate& date, const std::string& name, const HolidayRow& where)
+{
+    return isoDate(date) + " " + weekdayName(date) + ": " + toTerminal(name) + " (" + whereText(where) + ")\n";
+}
+
+// How many holidays fall on a date anywhere, and whether one of them holds at
+// the place asked about (without a state: anywhere).
+struct Answer {
+    size_t found = 0;
+    bool here = false;
+};
+
+// Both print the holidays on `date` as they find them.
+Answer answerClassic(const KZDate& date, const Place& place)
+{
+    const PublicHolidayMatches matches = KZCalendar::getPublicHolidayInfo(date);
+    for (int i = 0; i < matches.count; ++i) {
+        const PublicHolidayInfoBase& rule = *matches.matches[i];
+        std::cout << holidayLine(date, rule.m_name, {date, rule.m_name, statesOf(rule.m_states), {}});
+    }
+    return {static_cast<size_t>(matches.count), KZCalendar::isPublicHoliday(date, place.land) == 0};
+}
+
+std::optional<Answer> answerLaw(const KZDate& date, const Place& place, int& status)
+{
+    const std::optional<std::vector<DatedHoliday>> holidays = lawHolidays({date, date}, Place(), status);
+    if (!holidays)
+        return std::nullopt;
+    for (const DatedHoliday& holiday : *holidays)
+        std::cout << holidayLine(date, holiday.name, rowOf(holiday));
+    return Answer{holidays->size(), KZHolidayLaw::isPublicHoliday(date, place.land, place.region) == 0};
 }
 
 int isHoliday(const HolidayRequest& request)
 {
     int status = 0;
-    const std::optional<BundesLand> land = stateOption(request.state, status);
-    if (!land)
+    const std::optional<Place> place = parsePlace(request.place, status);
+    if (!place)
         return status;
     if (request.words.size() != 1)
         return fail("is-holiday takes one date (see kzbs is-holiday --help)");
@@ -111,22 +194,18 @@ int isHoliday(const HolidayRequest& request)
     if (!date)
         return status;
 
-    const std::string head = isoDate(*date) + " " + weekdayName(*date) + ": ";
-    const PublicHolidayMatches matches = KZCalendar::getPublicHolidayInfo(*date);
-    if (matches.count == 0) {
-        std::cout << head << "no public holiday\n";
+    const std::optional<Answer> answer =
+        place->classic ? answerClassic(*date, *place) : answerLaw(*date, *place, status);
+    if (!answer)
+        return status;
+    if (answer->found == 0) {
+        std::cout << isoDate(*date) << " " << weekdayName(*date) << ": no public holiday\n";
         return 1;
     }
-    for (int i = 0; i < matches.count; ++i)
-        std::cout << head << toTerminal(matches.matches[i]->m_name) << " (" << join(statesOf(*matches.matches[i]))
-                  << ")\n";
-    const bool holiday = KZCalendar::isPublicHoliday(*date, *land) == 0;
-    if (*land != XX) {
-        const Bundeslaender states;
-        std::cout << (holiday ? "a public holiday in " : "not a public holiday in ") << states.getName(*land, false)
+    if (place->land != XX)
+        std::cout << (answer->here ? "a public holiday in " : "not a public holiday in ") << placeName(*place)
                   << '\n';
-    }
-    return holiday ? 0 : 1;
+    return answer->here ? 0 : 1;
 }
 
 int easter(const std::vector<std::string>& words)
@@ -153,23 +232,23 @@ void addDateCommands(Program& program)
 {
     auto list = std::make_shared<HolidayRequest>();
     CLI::App& holidaysCommand =
-        program.add("holidays", "public holidays of a year or period, per federal state", kHolidaysHelp,
-                    [list] { return holidays(*list); });
-    addOptional(holidaysCommand, "--state", list->state);
-    holidaysCommand.add_option("--format", list->format)->check(CLI::IsMember({"text", "csv", "json"}));
+        program.add("holidays", "public holidays of a year or period, per federal state and region",
+                    kHolidaysHelp, [list] { return holidays(*list); });
+    addPlaceOptions(holidaysCommand, list->place);
+    holidaysCommand.add_option("--format", list->format)->check(CLI::IsMember({"text", "csv", "json", "ics"}));
     program.addWords(holidaysCommand, list->words);
 
     auto query = std::make_shared<HolidayRequest>();
     CLI::App& isHolidayCommand =
         program.add("is-holiday", "whether a date is a public holiday (exit 0: yes, 1: no)", kIsHolidayHelp,
                     [query] { return isHoliday(*query); });
-    addOptional(isHolidayCommand, "--state", query->state);
+    addPlaceOptions(isHolidayCommand, query->place);
     program.addWords(isHolidayCommand, query->words);
 
     auto years = std::make_shared<std::vector<std::string>>();
     program.addWords(program.add("easter", "Easter Sunday of one or more years", kEasterHelp,
-                         [years] { return easter(*years); }),
-             *years);
+                                 [years] { return easter(*years); }),
+                     *years);
 }
 
 } // namespace kzbs

@@ -5,10 +5,11 @@ int main(int argc, char** argv)
 {
     kzbs::Program program;
     kzbs::addDateCommands(program);
+    kzbs::addWorkdayCommands(program);
     kzbs::addTextCommands(program);
     kzbs::addCryptCommands(program);
     kzbs::addFileCommands(program);
     kzbs::addPlatformCommands(program);
-    program.setDefault("holidays");
+    program.setDefault("holidays", "lists this year's public holidays (kzbs holidays)");
     return program.run(argc, argv);
 }
