@@ -149,9 +149,11 @@ int holidays(const HolidayRequest& request)
     return 0;
 }
 
-std::string holidayLine(const KZDate& date, const std::string& name, const HolidayRow& where)
+// "2024-11-01 Freitag: Allerheiligen (BW BY NW RP SL)".
+std::string holidayLine(const HolidayRow& row)
 {
-    return isoDate(date) + " " + weekdayName(date) + ": " + toTerminal(name) + " (" + whereText(where) + ")\n";
+    return isoDate(row.date) + " " + weekdayName(row.date) + ": " + toTerminal(row.name) + " (" + whereText(row)
+        + ")\n";
 }
 
 // How many holidays fall on a date anywhere, and whether one of them holds at
@@ -167,7 +169,7 @@ Answer answerClassic(const KZDate& date, const Place& place)
     const PublicHolidayMatches matches = KZCalendar::getPublicHolidayInfo(date);
     for (int i = 0; i < matches.count; ++i) {
         const PublicHolidayInfoBase& rule = *matches.matches[i];
-        std::cout << holidayLine(date, rule.m_name, {date, rule.m_name, statesOf(rule.m_states), {}});
+        std::cout << holidayLine({date, rule.m_name, statesOf(rule.m_states), {}});
     }
     return {static_cast<size_t>(matches.count), KZCalendar::isPublicHoliday(date, place.land) == 0};
 }
@@ -178,7 +180,7 @@ std::optional<Answer> answerLaw(const KZDate& date, const Place& place, int& sta
     if (!holidays)
         return std::nullopt;
     for (const DatedHoliday& holiday : *holidays)
-        std::cout << holidayLine(date, holiday.name, rowOf(holiday));
+        std::cout << holidayLine(rowOf(holiday));
     return Answer{holidays->size(), KZHolidayLaw::isPublicHoliday(date, place.land, place.region) == 0};
 }
 
