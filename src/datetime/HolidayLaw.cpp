@@ -151,7 +151,7 @@ KZHolidayLaw::Status KZHolidayLaw::holidaysInPeriod(const KZDate& from, const KZ
         return Ok;
     if (yearOf(from) < FirstYear)
         return BeforeFirstYear;
-    if (yearOf(to) > LastYear)
+    if (yearOf(from) > LastYear || yearOf(to) > LastYear)  // the null date reads as a year far beyond
         return OutOfRange;
     for (int year = yearOf(from); year <= yearOf(to); ++year) {
         const YearHolidays holidays = resolveYear(year);

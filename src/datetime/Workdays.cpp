@@ -15,9 +15,11 @@ namespace {
 
 using Day = std::int64_t;  // a day number, signed so steps can be subtracted
 
-const Day kFirstDay = KZDate(1, 1, 1583).Hash();
-const Day kLastDay = KZDate(31, 12, 4099).Hash();
-const Day kFirstLawDay = KZDate(1, 1, static_cast<unsigned>(KZHolidayLaw::FirstYear)).Hash();
+// Day numbers, constant so no static initialisation order matters.
+constexpr Day kFirstDay = 2299239;     // 1 January 1583
+constexpr Day kLastDay = 3218554;      // 31 December 4099
+constexpr Day kFirstLawDay = 2447893;  // 1 January 1990
+static_assert(KZHolidayLaw::FirstYear == 1990 && KZHolidayLaw::LastYear == 4099, "the range above");
 
 // Julian day numbers start on a Monday: 1 = Monday .. 7 = Sunday.
 int weekdayOf(Day day) { return static_cast<int>(day % 7) + 1; }

@@ -213,6 +213,8 @@ TEST(HolidayLawPeriod, AnswersPlainlyOutsideTheRuleSet)
               KZHolidayLaw::UnknownRegion);
     EXPECT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(1, 1, 4099), KZDate(1, 1, 4100), BY, "", list),
               KZHolidayLaw::OutOfRange);
+    EXPECT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(0u, 0u, 0u), KZDate(1, 1, 2024), BY, "", list),
+              KZHolidayLaw::OutOfRange);
     EXPECT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(2, 1, 2024), KZDate(1, 1, 2024), BY, "", list), KZHolidayLaw::Ok);
     EXPECT_TRUE(list.empty());
 }
