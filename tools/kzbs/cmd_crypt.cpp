@@ -149,17 +149,15 @@ bool writeOut(const std::string& path, Emit emit, std::string& error)
 // What the command line gave; checked and turned into a Request by prepare().
 struct Words {
     std::string bits;
-    std::string keyFile, keyEnv;
+    std::optional<std::string> keyFile, keyEnv;
     bool byteTable = false;
     std::vector<std::string> files;
 };
 
 bool loadKey(const Words& words, Request& request, std::string& error)
 {
-    const std::optional<std::string> keyFile =
-        words.keyFile.empty() ? std::nullopt : std::optional<std::string>(words.keyFile);
-    const std::optional<std::string> keyEnv =
-        words.keyEnv.empty() ? std::nullopt : std::optional<std::string>(words.keyEnv);
+    const std::optional<std::string>& keyFile = words.keyFile;
+    const std::optional<std::string>& keyEnv = words.keyEnv;
     if (keyFile && keyEnv) {
         error = "give the key either with --key-file or with --key-env, not both";
         return false;
@@ -378,8 +376,8 @@ void addCommand(Program& program, bool encrypt)
         : program.add("decrypt", "decrypt a tagged stream back into the original bytes", decryptHelp.c_str(),
                       [words] { return kzbs::decrypt(*words); });
     command.add_option("--bits", words->bits)->check(CLI::IsMember({"128", "192", "256"}));
-    command.add_option("--key-file", words->keyFile);
-    command.add_option("--key-env", words->keyEnv);
+    addOptional(command, "--key-file", words->keyFile);
+    addOptional(command, "--key-env", words->keyEnv);
     command.add_flag("--byte-table", words->byteTable);
     program.addWords(command, words->files);
 }
