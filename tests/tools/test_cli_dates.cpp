@@ -1,4 +1,5 @@
-// kzbs holidays, is-holiday, easter, run as a user runs them.
+// kzbs holidays, is-holiday, easter, run as a user runs them: the law's
+// holidays by default, the library's fixed table with --classic.
 #include "RunKzbs.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +11,9 @@ using kzbs_test::runKzbs;
 
 static long countLines(const std::string& text) { return std::count(text.begin(), text.end(), '\n'); }
 
-TEST(CliHolidays, YearInOneStateWithUtf8Names)
+TEST(CliHolidays, ClassicYearInOneStateWithUtf8Names)
 {
-    const auto r = runKzbs({"holidays", "2024", "--state", "Bayern"});
+    const auto r = runKzbs({"holidays", "2024", "--state", "Bayern", "--classic"});
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(countLines(r.out), 13);
     EXPECT_NE(r.out.find("2024-01-06  Samstag     Heilige Drei K\xC3\xB6nige        BW BY ST\n"), std::string::npos);
@@ -45,13 +46,16 @@ TEST(CliHolidays, PeriodsAndFormats)
     EXPECT_EQ(countLines(runKzbs({"holidays", "2010", "2011", "--state", "HB"}).out), 18); // up to 31.12.2011
 }
 
-TEST(CliHolidays, NoArgumentsListsThisYear)
+// "This year" is whatever year kzbs finds; the test reads it from the output.
+TEST(CliHolidays, NoArgumentsListsThisYearByLaw)
 {
     const auto r = runKzbs({});
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(countLines(r.out), 15);
-    EXPECT_TRUE(std::regex_search(r.out, std::regex(R"(^\d{4}-01-01  \S+ +Neujahrstag +alle\n)"))) << r.out;
+    std::smatch first;
+    ASSERT_TRUE(std::regex_search(r.out, first, std::regex(R"(^(\d{4})-01-01  \S+ +Neujahrstag +alle\n)"))) << r.out;
     EXPECT_EQ(runKzbs({"holidays"}).out, r.out);
+    EXPECT_EQ(runKzbs({"holidays", first[1].str()}).out, r.out);
+    EXPECT_EQ(countLines(runKzbs({"holidays", "--classic"}).out), 15);
 }
 
 TEST(CliDates, BadInputIsOneLineOnStderr)
@@ -62,6 +66,7 @@ TEST(CliDates, BadInputIsOneLineOnStderr)
         {"holidays", "2024", "--state", "XY"}, {"holidays", "2024", "--state", "Alle"},
         {"holidays", "2024", "--format", "xml"}, {"holidays", "1.2.3.4"}, {"holidays", "2024", "2025", "2026"},
         {"holidays", "--state"}, {"is-holiday", "99-01-01"}, {"is-holiday"}, {"easter", "4100"}, {"easter"},
+        {"holidays", "1582", "--classic"}, {"holidays", "2024", "--format"}, {"is-holiday", "2024-01-01", "x"},
     };
     for (const auto& args : cases) {
         const auto r = runKzbs(args);
@@ -96,5 +101,127 @@ TEST(CliEaster, YearsAndHelp)
     for (const char* command : {"holidays", "is-holiday", "easter"}) {
         const auto help = runKzbs({command, "--help"});
         EXPECT_TRUE(help.status == 0 && help.out.rfind(std::string("usage: kzbs ") + command, 0) == 0) << command;
+    }
+}
+
+// --classic lists exactly what kzbs listed before it followed the law.
+TEST(CliHolidays, ClassicKeepsTheFixedTable)
+{
+    const struct { std::vector<std::string> args; std::string out; } cases[] = {
+        {{"holidays", "2024", "--state", "ST", "--classic", "--format", "csv"},
+         "date,weekday,name,states\n"
+         "2024-01-01,Montag,Neujahrstag,alle\n"
+         "2024-01-06,Samstag,Heilige Drei K\xC3\xB6nige,BW BY ST\n"
+         "2024-03-29,Freitag,Karfreitag,alle\n"
+         "2024-04-01,Montag,Ostermontag,alle\n"
+         "2024-05-01,Mittwoch,Tag der Arbeit,alle\n"
+         "2024-05-09,Donnerstag,Christi Himmelfahrt,alle\n"
+         "2024-05-20,Montag,Pfingstmontag,alle\n"
+         "2024-05-30,Donnerstag,Fronleichnam,BW BY NW RP SL ST\n"   // ST, not HE: the fixed table
+         "2024-10-03,Donnerstag,Tag der Deutschen Einheit,alle\n"
+         "2024-10-31,Donnerstag,Reformationstag,BB MV SN ST TH\n"
+         "2024-12-25,Mittwoch,1. Weihnachtstag,alle\n"
+         "2024-12-26,Donnerstag,2. Weihnachtstag,alle\n"},
+        {{"holidays", "1989-11-20", "1989-11-30", "--classic"},
+         "1989-11-22  Mittwoch    Bu\xC3\x9F- und Bettag            SN\n"},
+        {{"is-holiday", "2019-03-08", "--state", "BE", "--classic"}, "2019-03-08 Freitag: no public holiday\n"},
+    };
+    for (const auto& c : cases) {
+        const auto r = runKzbs(c.args);
+        EXPECT_EQ(r.out, c.out) << c.args[1];
+    }
+}
+
+// What the issue's first reader missed, and the regions, as kzbs shows them.
+TEST(CliHolidays, LawByStateYearAndRegion)
+{
+    const struct { std::vector<std::string> args; const char* line; bool listed; } cases[] = {
+        {{"holidays", "2024", "--state", "HE"}, "2024-05-30  Donnerstag  Fronleichnam ", true},
+        {{"holidays", "2024", "--state", "ST"}, "Fronleichnam", false},
+        {{"holidays", "2019", "--state", "BE"}, "2019-03-08  Freitag     Internationaler Frauentag  BE\n", true},
+        {{"holidays", "2018", "--state", "BE"}, "Frauentag", false},
+        {{"holidays", "2023", "--state", "MV"}, "Internationaler Frauentag  BE MV\n", true},
+        {{"holidays", "2019", "--state", "TH"}, "Weltkindertag", true},
+        {{"holidays", "2018", "--state", "HB"}, "Reformationstag            BB HB HH MV NI SN ST SH TH\n", true},
+        {{"holidays", "2017", "--state", "BY"}, "2017-10-31  Dienstag    Reformationstag            alle\n", true},
+        {{"holidays", "2016", "--state", "HB"}, "Reformationstag", false},
+        {{"holidays", "1994", "--state", "BY"}, "Bu\xC3\x9F- und Bettag", true},
+        {{"holidays", "1995", "--state", "BY"}, "Bu\xC3\x9F- und Bettag", false},
+        {{"holidays", "2020-05-08", "2020-05-08"}, "Tag der Befreiung          BE\n", true},
+        {{"holidays", "2024"}, "Fronleichnam                   BW BY HE NW RP SL, SN-BZ, TH-EIC TH-UH TH-WAK\n", true},
+        {{"holidays", "2024"}, "Mari\xC3\xA4 Himmelfahrt              SL, BY-A BY-KATH\n", true},
+        {{"holidays", "2024", "--state", "BY"}, "Augsburger", false},
+        {{"holidays", "2024", "--state", "BY", "--region", "A"}, "2024-08-08  Donnerstag  Augsburger Hohes Friedensfest  BY-A\n", true},
+        {{"holidays", "2024", "--state", "SN", "--region", "bz"}, "Fronleichnam", true},
+        {{"holidays", "2024", "--state", "SN"}, "Fronleichnam", false},
+        {{"holidays", "2024", "--state", "SN", "--region", "BZ", "--format", "json"},
+         "\"name\": \"Fronleichnam\", \"states\": [\"BW\", \"BY\", \"HE\", \"NW\", \"RP\", \"SL\", \"SN-BZ\", \"TH-EIC\", "
+         "\"TH-UH\", \"TH-WAK\"]}", true},
+    };
+    for (const auto& c : cases) {
+        const auto r = runKzbs(c.args);
+        ASSERT_EQ(r.status, 0) << r.err;
+        EXPECT_EQ(r.out.find(c.line) != std::string::npos, c.listed) << c.args[1] << " " << c.line << "\n" << r.out;
+    }
+}
+
+TEST(CliHolidays, IcsIsACalendarWithCrlfLines)
+{
+    for (const std::vector<std::string>& args : {std::vector<std::string>{"holidays", "2024", "--format", "ics"},
+                                                 {"holidays", "1900", "--format", "ics", "--classic"}}) {
+        const auto r = runKzbs(args);
+        ASSERT_EQ(r.status, 0) << r.err;
+        EXPECT_EQ(r.out.rfind("BEGIN:VCALENDAR\r\n", 0), 0u) << r.out.substr(0, 40);
+        EXPECT_EQ(r.out.size() - r.out.rfind("END:VCALENDAR\r\n"), 15u);
+        // every line ends in CRLF, and there are no others
+        EXPECT_EQ(std::regex_replace(r.out, std::regex("\r\n"), "").find_first_of("\r\n"), std::string::npos);
+        EXPECT_EQ(r.out.find("\r\n\r\n"), std::string::npos);
+    }
+    const std::string ics = runKzbs({"holidays", "2024", "--state", "BY", "--format", "ics"}).out;
+    EXPECT_NE(ics.find("DTSTART;VALUE=DATE:20240530\r\n"), std::string::npos);   // Fronleichnam
+    EXPECT_EQ(ics.find("DTSTART;VALUE=DATE:20240815\r\n"), std::string::npos);   // only in regions of BY
+}
+
+TEST(CliHolidays, LawMistakesAreOneLineNamingTheWayOut)
+{
+    const struct { std::vector<std::string> args; const char* message; } cases[] = {
+        {{"holidays", "1989"}, "--classic"},
+        {{"holidays", "1989-12-24", "1990-01-10", "--state", "BY"}, "--classic"},
+        {{"is-holiday", "1989-10-03"}, "--classic"},
+        {{"holidays", "2024", "--region", "A"}, "--region requires --state"},
+        {{"holidays", "2024", "--state", "BY", "--region", "X"}, "unknown region 'X' of BY (known: A, KATH)"},
+        {{"holidays", "2024", "--state", "TH", "--region", "BZ"}, "(known: EIC, UH, WAK)"},
+        {{"holidays", "2024", "--state", "HB", "--region", "A"}, "HB has no regions"},
+        {{"is-holiday", "2024-08-08", "--state", "BY", "--region", "A", "--classic"}, "classic table has no regions"},
+        {{"holidays", "2024", "--format", "xml"}, "--format"},
+    };
+    for (const auto& c : cases) {
+        const auto r = runKzbs(c.args);
+        EXPECT_EQ(r.status, 2) << c.message;
+        EXPECT_EQ(r.out, "") << c.message;
+        EXPECT_EQ(r.err.rfind("kzbs: ", 0), 0u) << r.err;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
+        EXPECT_EQ(countLines(r.err), 1) << r.err;
+    }
+    EXPECT_EQ(runKzbs({"holidays", "1989", "--classic"}).status, 0);
+}
+
+TEST(CliIsHoliday, LawRegionsAndYears)
+{
+    const struct { std::vector<std::string> args; int status; const char* text; } cases[] = {
+        {{"is-holiday", "2024-08-08", "--state", "BY", "--region", "A"}, 0, "a public holiday in BY-A\n"},
+        {{"is-holiday", "2024-08-08", "--state", "BY"}, 1, "Augsburger Hohes Friedensfest (BY-A)\nnot a public holiday in BY\n"},
+        {{"is-holiday", "2024-08-08"}, 0, "Friedensfest"},   // without a state: anywhere
+        {{"is-holiday", "2019-03-08", "--state", "BE"}, 0, "Internationaler Frauentag (BE)"},
+        {{"is-holiday", "2018-03-08", "--state", "Berlin"}, 1, "no public holiday"},
+        {{"is-holiday", "2017-10-31", "--state", "BY"}, 0, "Reformationstag (alle)"},
+        {{"is-holiday", "2024-05-30", "--state", "ST"}, 1, "not a public holiday in ST"},
+        {{"is-holiday", "2024-05-30", "--state", "ST", "--classic"}, 0, "a public holiday in ST"},
+        {{"is-holiday", "3.10.1989", "--state", "BY", "--classic"}, 0, "Tag der Deutschen Einheit (alle)"},
+    };
+    for (const auto& c : cases) {
+        const auto r = runKzbs(c.args);
+        EXPECT_EQ(r.status, c.status) << c.args[1] << r.err;
+        EXPECT_NE(r.out.find(c.text), std::string::npos) << r.out;
     }
 }

@@ -1,38 +1,64 @@
-// Small helpers shared by the kzbs commands: argument handling, errors, and
-// the conversion between the library's Windows-1252 and the terminal's UTF-8.
+// The kzbs program's frame: its commands and their options on CLI11, errors
+// as one line on stderr, and the conversion between the library's
+// Windows-1252 and the terminal's UTF-8.
 #ifndef KZBS_CLI_H
 #define KZBS_CLI_H
 
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace kzbs {
 
-// The words after the command name. Options are taken out as they are read;
-// what remains are the positional arguments.
-class Args {
+// The commands of kzbs. Each command file adds its commands with their
+// options and positional words; run() parses the command line, answers
+// --help, turns parse errors into "kzbs: ..." with exit status 2, and calls
+// the command chosen.
+class Program {
 public:
-    explicit Args(std::vector<std::string> words) : m_words(std::move(words)) {}
+    using Run = std::function<int()>;
 
-    // "--name VALUE" or "--name=VALUE"; the last one given wins. A missing
-    // value is recorded as an error.
-    std::optional<std::string> option(const std::string& name);
-    // "--name" (or the short form "-x" when given).
-    bool flag(const std::string& name, const std::string& shortName = "");
-    bool wantsHelp() { return flag("--help", "-h"); }
-    // With --help or -h: prints `usage` to stdout and returns true (the command then exits 0).
-    bool answeredHelp(const char* usage);
+    Program();
 
-    // The words left once every option was taken; an unknown "--word" left
-    // over is recorded as an error.
-    const std::vector<std::string>& positional();
-    const std::string& error() const { return m_error; }
+    // Adds the command `name`. `summary` is its line in `kzbs --help`, `usage`
+    // what `kzbs NAME --help` prints. Options go on the returned command;
+    // `run` is called once they are parsed and returns the exit status.
+    CLI::App& add(const char* name, const char* summary, const char* usage, Run run);
+    // The positional words of `command`, in the order given (options may
+    // stand between them). Everything after "--" is a word too, even when it
+    // begins with '-'.
+    CLI::Option* addWords(CLI::App& command, std::vector<std::string>& words);
+    // The command run when kzbs is called without any arguments, and what it
+    // then does, for `kzbs --help`.
+    void setDefault(const char* name, const char* what)
+    {
+        m_default = name;
+        m_defaultWhat = what;
+    }
+
+    int run(int argc, char** argv);
 
 private:
-    std::vector<std::string> m_words;
-    std::string m_error;
+    void printOverview(std::ostream& out) const;
+    int printHelp(const std::string& command) const;
+    int parseError(const CLI::ParseError& error) const;
+    const CLI::App* chosen() const;
+
+    CLI::App m_app;
+    std::map<std::string, Run> m_runs;
+    std::map<std::string, const char*> m_usages;
+    std::map<std::string, std::vector<std::string>*> m_words;
+    std::string m_default;
+    std::string m_defaultWhat;
 };
+
+// Binds the option `name` to `target`, which stays nullopt unless the option
+// is given (so an empty value is still a value).
+CLI::Option* addOptional(CLI::App& command, const std::string& name, std::optional<std::string>& target);
 
 // Writes "kzbs: message" to stderr and returns the exit status for bad input (2).
 int fail(const std::string& message);

@@ -15,6 +15,8 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <memory>
+#include <optional>
 #include <streambuf>
 
 namespace kzbs {
@@ -42,20 +44,17 @@ const char kHelpTail[] =
     "with a wrong key succeeds and writes garbage.\n"
     "Input is limited to 4 GiB (the format's sizes are 32-bit).\n";
 
-void printHelp(bool encrypt)
-{
-    if (encrypt)
-        std::cout << "usage: kzbs encrypt [--bits 128|192|256] (--key-file FILE | --key-env VAR)\n"
-                     "                    [--byte-table] IN OUT\n\n"
-                     "Encrypts IN into OUT as the tagged stream \"RCBC\": tag, plain size,\n"
-                     "encrypted size, then the data in AES-CBC, padded with spaces.\n\n";
-    else
-        std::cout << "usage: kzbs decrypt [--bits 128|192|256] (--key-file FILE | --key-env VAR)\n"
-                     "                    [--byte-table] IN OUT\n\n"
-                     "Decrypts an \"RCBC\" stream made by 'kzbs encrypt' (or the library) and\n"
-                     "writes exactly the original bytes.\n\n";
-    std::cout << kHelpTail;
-}
+const char kEncryptHead[] =
+    "usage: kzbs encrypt [--bits 128|192|256] (--key-file FILE | --key-env VAR)\n"
+    "                    [--byte-table] IN OUT\n\n"
+    "Encrypts IN into OUT as the tagged stream \"RCBC\": tag, plain size,\n"
+    "encrypted size, then the data in AES-CBC, padded with spaces.\n\n";
+
+const char kDecryptHead[] =
+    "usage: kzbs decrypt [--bits 128|192|256] (--key-file FILE | --key-env VAR)\n"
+    "                    [--byte-table] IN OUT\n\n"
+    "Decrypts an \"RCBC\" stream made by 'kzbs encrypt' (or the library) and\n"
+    "writes exactly the original bytes.\n\n";
 
 struct Request {
     KZCrypt::KeySize size = KZCrypt::Key128;
@@ -147,10 +146,18 @@ bool writeOut(const std::string& path, Emit emit, std::string& error)
     return true;
 }
 
-bool loadKey(Args& args, Request& request, std::string& error)
+// What the command line gave; checked and turned into a Request by prepare().
+struct Words {
+    std::string bits;
+    std::optional<std::string> keyFile, keyEnv;
+    bool byteTable = false;
+    std::vector<std::string> files;
+};
+
+bool loadKey(const Words& words, Request& request, std::string& error)
 {
-    const auto keyFile = args.option("--key-file");
-    const auto keyEnv = args.option("--key-env");
+    const std::optional<std::string>& keyFile = words.keyFile;
+    const std::optional<std::string>& keyEnv = words.keyEnv;
     if (keyFile && keyEnv) {
         error = "give the key either with --key-file or with --key-env, not both";
         return false;
@@ -214,37 +221,23 @@ bool checkKey(const Request& request, bool encrypt, std::string& error)
     return true;
 }
 
-// Parses the words; returns -1 to go on, or the exit status to end with.
-int parse(Args& args, bool encrypt, Request& request)
+// Checks the words; returns -1 to go on, or the exit status to end with.
+int prepare(const Words& words, bool encrypt, Request& request)
 {
-    if (args.wantsHelp()) {
-        printHelp(encrypt);
-        return 0;
-    }
+    if (words.bits == "192")
+        request.size = KZCrypt::Key192;
+    else if (words.bits == "256")
+        request.size = KZCrypt::Key256;
+    request.byteTable = words.byteTable;
     std::string error;
-    const auto bits = args.option("--bits");
-    if (bits) {
-        if (*bits == "128")
-            request.size = KZCrypt::Key128;
-        else if (*bits == "192")
-            request.size = KZCrypt::Key192;
-        else if (*bits == "256")
-            request.size = KZCrypt::Key256;
-        else
-            return fail("--bits must be 128, 192 or 256, not '" + *bits + "'");
-    }
-    request.byteTable = args.flag("--byte-table");
-    const bool keyLoaded = loadKey(args, request, error);
-    const std::vector<std::string>& words = args.positional();
-    if (!args.error().empty())
-        return fail(args.error());
-    if (words.size() != 2)
+    const bool keyLoaded = loadKey(words, request, error);
+    if (words.files.size() != 2)
         return fail(std::string("usage: kzbs ") + (encrypt ? "encrypt" : "decrypt")
                     + " [--bits N] (--key-file FILE | --key-env VAR) IN OUT (see --help)");
     if (!keyLoaded || !checkKey(request, encrypt, error))
         return fail(error);
-    request.in = words[0];
-    request.out = words[1];
+    request.in = words.files[0];
+    request.out = words.files[1];
     return -1;
 }
 
@@ -319,12 +312,10 @@ bool checkStream(const std::string& data, const std::string& name, std::string& 
     return true;
 }
 
-} // namespace
-
-int runEncrypt(Args& args)
+int encrypt(const Words& words)
 {
     Request request;
-    const int status = parse(args, true, request);
+    const int status = prepare(words, true, request);
     if (status >= 0)
         return status;
     std::string data, error;
@@ -340,10 +331,10 @@ int runEncrypt(Args& args)
     return 0;
 }
 
-int runDecrypt(Args& args)
+int decrypt(const Words& words)
 {
     Request request;
-    const int status = parse(args, false, request);
+    const int status = prepare(words, false, request);
     if (status >= 0)
         return status;
     std::string data, error;
@@ -368,6 +359,35 @@ int runDecrypt(Args& args)
     if (!writeOut(request.out, emit, error))
         return fail(error);
     return 0;
+}
+
+std::string helpText(bool encrypt)
+{
+    return std::string(encrypt ? kEncryptHead : kDecryptHead) + kHelpTail;
+}
+
+void addCommand(Program& program, bool encrypt)
+{
+    static const std::string encryptHelp = helpText(true), decryptHelp = helpText(false);
+    auto words = std::make_shared<Words>();
+    CLI::App& command = encrypt
+        ? program.add("encrypt", "encrypt a file into the tagged stream format", encryptHelp.c_str(),
+                      [words] { return kzbs::encrypt(*words); })
+        : program.add("decrypt", "decrypt a tagged stream back into the original bytes", decryptHelp.c_str(),
+                      [words] { return kzbs::decrypt(*words); });
+    command.add_option("--bits", words->bits)->check(CLI::IsMember({"128", "192", "256"}));
+    addOptional(command, "--key-file", words->keyFile);
+    addOptional(command, "--key-env", words->keyEnv);
+    command.add_flag("--byte-table", words->byteTable);
+    program.addWords(command, words->files);
+}
+
+} // namespace
+
+void addCryptCommands(Program& program)
+{
+    addCommand(program, true);
+    addCommand(program, false);
 }
 
 } // namespace kzbs

@@ -5,6 +5,8 @@
 #include "KZFileName.h"
 
 #include <iostream>
+#include <memory>
+#include <optional>
 #include <sstream>
 
 namespace kzbs {
@@ -65,18 +67,19 @@ void printParts(const KZFileName& name, const std::string& input)
               << "valid:       " << yesNo(name.isValid()) << '\n';
 }
 
-} // namespace
+// The options of path and symbols; an option not given is nullopt (an empty
+// --symbols value means the default symbol file).
+struct FileWords {
+    std::optional<std::string> base, symbols, symbol;
+    std::vector<std::string> words;
+};
 
-int runPath(Args& args)
+int path(const FileWords& request)
 {
-    if (args.answeredHelp(kPathUsage))
-        return 0;
-    const std::optional<std::string> base = args.option("--base");
-    const std::optional<std::string> symbols = args.option("--symbols");
-    const std::optional<std::string> symbol = args.option("--symbol");
-    const std::vector<std::string>& words = args.positional();
-    if (!args.error().empty())
-        return fail(args.error());
+    const std::optional<std::string>& base = request.base;
+    const std::optional<std::string>& symbols = request.symbols;
+    const std::optional<std::string>& symbol = request.symbol;
+    const std::vector<std::string>& words = request.words;
     if (words.empty())
         return fail("path needs a subcommand: parse, rel, abs or param (kzbs path --help)");
     const std::string& what = words.front();
@@ -137,23 +140,36 @@ int runPath(Args& args)
     return status;
 }
 
-int runSymbols(Args& args)
+int symbols(const FileWords& request)
 {
-    if (args.answeredHelp(kSymbolsUsage))
-        return 0;
-    const std::optional<std::string> base = args.option("--base");
-    const std::vector<std::string>& words = args.positional();
-    if (!args.error().empty())
-        return fail(args.error());
-    if (words.size() != 1)
+    if (request.words.size() != 1)
         return fail("symbols needs exactly one FILE (kzbs symbols --help)");
-    const std::string error = loadEnvironment(base, words.front());
+    const std::string error = loadEnvironment(request.base, request.words.front());
     if (!error.empty())
         return fail(error);
     std::ostringstream table;
     KZFileName::getGlobalFileEnvironment().printSymbols(table, "");
     std::cout << toTerminal(table.str());
     return 0;
+}
+
+} // namespace
+
+void addFileCommands(Program& program)
+{
+    auto pathWords = std::make_shared<FileWords>();
+    CLI::App& pathCommand = program.add("path", "parse, relativise, absolutise and parameterise file names",
+                                        kPathUsage, [pathWords] { return path(*pathWords); });
+    addOptional(pathCommand, "--base", pathWords->base);
+    addOptional(pathCommand, "--symbols", pathWords->symbols);
+    addOptional(pathCommand, "--symbol", pathWords->symbol);
+    program.addWords(pathCommand, pathWords->words);
+
+    auto symbolWords = std::make_shared<FileWords>();
+    CLI::App& symbolsCommand = program.add("symbols", "print the table of a directory symbol file", kSymbolsUsage,
+                                           [symbolWords] { return symbols(*symbolWords); });
+    addOptional(symbolsCommand, "--base", symbolWords->base);
+    program.addWords(symbolsCommand, symbolWords->words);
 }
 
 } // namespace kzbs

@@ -4,6 +4,7 @@
 #include "CrossPlatformApi.h"
 
 #include <iostream>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -72,15 +73,8 @@ int iniSet(const std::vector<std::string>& words)
     return 0;
 }
 
-} // namespace
-
-int runIni(Args& args)
+int ini(const std::vector<std::string>& words)
 {
-    if (args.answeredHelp(kIniUsage))
-        return 0;
-    const std::vector<std::string>& words = args.positional();
-    if (!args.error().empty())
-        return fail(args.error());
     if (words.empty())
         return fail("ini needs one of get, set, sections, entries (kzbs ini --help)");
 
@@ -110,12 +104,10 @@ int runIni(Args& args)
     return printLines(CrossPlatformApi::getIniSectionEntries(words[2].c_str(), file.c_str()));
 }
 
-int runFolders(Args& args)
+int folders(const std::vector<std::string>& words)
 {
-    if (args.answeredHelp(kFoldersUsage))
-        return 0;
-    if (!args.positional().empty() || !args.error().empty())
-        return fail(args.error().empty() ? "folders takes no arguments" : args.error());
+    if (!words.empty())
+        return fail("folders takes no arguments");
 
     using CrossPlatformApi::SysFolder;
     const struct { const char* name; SysFolder folder; } folders[] = {
@@ -130,6 +122,19 @@ int runFolders(Args& args)
     std::cout << "application" << std::string(10, ' ')
               << toTerminal(CrossPlatformApi::getApplicationfolder()) << '\n';
     return 0;
+}
+
+} // namespace
+
+void addPlatformCommands(Program& program)
+{
+    auto iniWords = std::make_shared<std::vector<std::string>>();
+    program.addWords(program.add("ini", "read and write INI files", kIniUsage, [iniWords] { return ini(*iniWords); }),
+             *iniWords);
+    auto folderWords = std::make_shared<std::vector<std::string>>();
+    program.addWords(program.add("folders", "the system folders and the application folder", kFoldersUsage,
+                         [folderWords] { return folders(*folderWords); }),
+             *folderWords);
 }
 
 } // namespace kzbs

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <sys/stat.h>
 #include <iostream>
+#include <memory>
 
 namespace kzbs {
 
@@ -29,7 +30,8 @@ const char* const kGrepUsage =
     "                       0xA4 0xAA 0xAB 0xAE 0xBF 0xDB 0xDE in a pattern are\n"
     "                       read as the matcher's tokens (UTF-8 a-umlaut holds 0xA4)\n"
     "Pattern: literals, '.', [a-z] [^...] classes, * + ? after one token,\n"
-    "^ at the start, $ at the end, escapes such as \\t \\x41 \\^A.\n"
+    "^ at the start, $ at the end, escapes such as \\t \\x41 \\^A. A pattern that\n"
+    "begins with '-' follows '--': kzbs grep -- -x FILE.\n"
     "Exit status: 0 a line matched, 1 none did, 2 an error occurred.\n";
 
 const char* const kNumberUsage =
@@ -119,19 +121,8 @@ private:
     GrepOptions m_options;
 };
 
-} // namespace
-
-int runGrep(Args& args)
+int grep(const std::vector<std::string>& words, GrepOptions options)
 {
-    if (args.answeredHelp(kGrepUsage))
-        return 0;
-    GrepOptions options;
-    options.lineNumbers = args.flag("--line-number", "-n");
-    options.onlyMatching = args.flag("--only-matching", "-o");
-    options.raw = args.flag("--raw");
-    const std::vector<std::string>& words = args.positional();
-    if (!args.error().empty())
-        return fail(args.error());
     if (words.empty()) {
         std::cerr << kGrepUsage;
         return fail("grep needs a PATTERN");
@@ -178,13 +169,8 @@ int runGrep(Args& args)
     return failed ? 2 : matched ? 0 : 1;
 }
 
-int runNumber(Args& args)
+int number(const std::vector<std::string>& words)
 {
-    if (args.answeredHelp(kNumberUsage))
-        return 0;
-    const std::vector<std::string>& words = args.positional();
-    if (!args.error().empty())
-        return fail(args.error());
     auto print = [](const std::string& text) {
         std::cout << toTerminal(reformatNumString(fromTerminal(text), true)) << '\n';
     };
@@ -196,6 +182,28 @@ int runNumber(Args& args)
             print(word);
     }
     return 0;
+}
+
+} // namespace
+
+void addTextCommands(Program& program)
+{
+    struct GrepRequest {
+        GrepOptions options;
+        std::vector<std::string> words;
+    };
+    auto grepRequest = std::make_shared<GrepRequest>();
+    CLI::App& grepCommand = program.add("grep", "lines matching a pattern of the library's matcher", kGrepUsage,
+                                        [grepRequest] { return grep(grepRequest->words, grepRequest->options); });
+    grepCommand.add_flag("-n,--line-number", grepRequest->options.lineNumbers);
+    grepCommand.add_flag("-o,--only-matching", grepRequest->options.onlyMatching);
+    grepCommand.add_flag("--raw", grepRequest->options.raw);
+    program.addWords(grepCommand, grepRequest->words);
+
+    auto numberWords = std::make_shared<std::vector<std::string>>();
+    CLI::App& numberCommand = program.add("number", "numbers in German notation", kNumberUsage,
+                                          [numberWords] { return number(*numberWords); });
+    program.addWords(numberCommand, *numberWords);
 }
 
 } // namespace kzbs

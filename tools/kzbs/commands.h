@@ -1,5 +1,5 @@
-// The kzbs commands, one group per library family. Each takes the words after
-// its name and returns the process's exit status.
+// The kzbs commands, one group per library family. Each group adds its
+// commands, with their options, to the program.
 #ifndef KZBS_COMMANDS_H
 #define KZBS_COMMANDS_H
 
@@ -7,22 +7,18 @@
 
 namespace kzbs {
 
-// dates and holidays (cmd_dates.cpp)
-int runHolidays(Args& args);
-int runIsHoliday(Args& args);
-int runEaster(Args& args);
-// text (cmd_text.cpp)
-int runGrep(Args& args);
-int runNumber(Args& args);
-// encryption (cmd_crypt.cpp)
-int runEncrypt(Args& args);
-int runDecrypt(Args& args);
-// file names and symbols (cmd_files.cpp)
-int runPath(Args& args);
-int runSymbols(Args& args);
-// platform (cmd_platform.cpp)
-int runIni(Args& args);
-int runFolders(Args& args);
+// holidays, is-holiday, easter (cmd_dates.cpp)
+void addDateCommands(Program& program);
+// workdays, workday (cmd_workdays.cpp)
+void addWorkdayCommands(Program& program);
+// grep, number (cmd_text.cpp)
+void addTextCommands(Program& program);
+// encrypt, decrypt (cmd_crypt.cpp)
+void addCryptCommands(Program& program);
+// path, symbols (cmd_files.cpp)
+void addFileCommands(Program& program);
+// ini, folders (cmd_platform.cpp)
+void addPlatformCommands(Program& program);
 
 } // namespace kzbs
 

@@ -1,0 +1,51 @@
+// Dates, years, periods and federal states as users type them on the command
+// line. Each parser writes its own "kzbs: ..." error and returns nullopt.
+//
+// Years are limited to 1583..4099, the span in which the library's Easter is
+// the Gregorian one; this also keeps clear of its two-digit-year rule, which
+// would read a year of 137 or less as 1900 plus that year.
+#ifndef KZBS_DATE_INPUT_H
+#define KZBS_DATE_INPUT_H
+
+#include "KZCalendar.h"
+#include "KZDate.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kzbs {
+
+constexpr unsigned kFirstYear = 1583;
+constexpr unsigned kLastYear = 4099;
+
+struct Period {
+    KZDate from;
+    KZDate to;
+};
+
+// "1583..4099", for messages.
+std::string yearRangeText();
+
+std::optional<unsigned> parseYear(const std::string& text, int& status);
+// YYYY-MM-DD or DD.MM.YYYY.
+std::optional<KZDate> parseDate(const std::string& text, int& status);
+// A full date, or a bare year meaning its first (FROM) or last (TO) day.
+std::optional<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, int& status);
+// FROM TO, the end not before the start.
+std::optional<Period> parsePeriod(const std::string& from, const std::string& to, int& status);
+// This year, or one year, or FROM TO.
+std::optional<Period> parseYearOrPeriod(const std::vector<std::string>& words, int& status);
+
+// An abbreviation (BY) or a name in any case, UTF-8 umlauts or spelled out
+// (Th\xC3\xBCringen, THUERINGEN).
+std::optional<KZBasicServices::BundesLand> parseState(const std::string& text, int& status);
+
+// YYYY-MM-DD.
+std::string isoDate(const KZDate& date);
+// The German weekday name, UTF-8.
+std::string weekdayName(const KZDate& date);
+
+} // namespace kzbs
+
+#endif // KZBS_DATE_INPUT_H

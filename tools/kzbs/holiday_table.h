@@ -1,0 +1,30 @@
+// Lists of holidays as kzbs prints them: aligned text, CSV or JSON, each with
+// the date, the weekday, the name and where the holiday holds.
+#ifndef KZBS_HOLIDAY_TABLE_H
+#define KZBS_HOLIDAY_TABLE_H
+
+#include "KZDate.h"
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace kzbs {
+
+struct HolidayRow {
+    KZDate date;
+    std::string name;                  // Windows-1252, as the library has it
+    std::vector<std::string> states;   // {"alle"} for all sixteen, else abbreviations
+    std::vector<std::string> regions;  // "SN-BZ": region BZ of Sachsen, ordered by state
+};
+
+// "BW BY ST", "alle", or with regions "SL, BY-A BY-KATH": whole states first,
+// then the regions of each state as one group.
+std::string whereText(const HolidayRow& row);
+
+// format: "text", "csv" or "json".
+void printHolidayRows(std::ostream& out, const std::vector<HolidayRow>& rows, const std::string& format);
+
+} // namespace kzbs
+
+#endif // KZBS_HOLIDAY_TABLE_H
