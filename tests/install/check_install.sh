@@ -45,5 +45,8 @@ if cmake -S "$consumer" -B "$work/other-qt" -G Ninja -DCMAKE_PREFIX_PATH="$prefi
     echo "a consumer linking Qt $other with the Qt $qt library was not stopped" >&2
     exit 1
 fi
-grep -q QT_MAJOR_VERSION "$work/other-qt.log" || grep -q "Could not find.*Qt${other}" "$work/other-qt.log"
+# (CMake names QT_MAJOR_VERSION; Qt 6 after Qt 5 trips over its own Qt:: names
+# first. Without the other Qt installed there is nothing to mix.)
+grep -Eq "QT_MAJOR_VERSION|targets in this export set were already defined|Could not find.*Qt${other}" \
+    "$work/other-qt.log"
 echo "installed kzbs runs from any prefix; the library serves find_package and pkg-config with Qt $qt"
