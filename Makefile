@@ -1,14 +1,17 @@
-# The front door: make run ARGS="...", make test, make bench, make fuzz.
+# The front door: make run ARGS="...", make test, make bench, make fuzz,
+# make package, make install PREFIX=...
 # Each target installs missing Debian packages, configures, builds, then runs.
 
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+QT5_BUILD  ?= build-qt5
+DEB_BUILD  ?= build-deb
 BENCH_BUILD ?= build-bench
 FUZZ_BUILD ?= build-fuzz
 JOBS       ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build run test test-normal test-asan bench fuzz install clean
+.PHONY: all deps build run test test-normal test-asan test-qt5 bench fuzz install package abi-record clean
 
 all: build
 
@@ -16,7 +19,7 @@ deps:
 	@./scripts/deps.sh
 
 $(BUILD)/build.ninja: | deps
-	@cmake -S . -B $(BUILD) -G Ninja $(CMAKE_FLAGS) >&2
+	@cmake -S . -B $(BUILD) -G Ninja -DKZBS_QT_VERSION=6 $(CMAKE_FLAGS) >&2
 
 build: deps $(BUILD)/build.ninja
 	@cmake --build $(BUILD) -j $(JOBS) >&2
@@ -25,7 +28,8 @@ build: deps $(BUILD)/build.ninja
 run: build
 	@./$(BUILD)/tools/kzbs/kzbs $(ARGS)
 
-test: test-normal test-asan
+# Qt 6, Qt 6 under the sanitizers, then Qt 5, each in its own build folder.
+test: test-normal test-asan test-qt5
 
 test-normal: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
@@ -33,12 +37,17 @@ test-normal: build
 # The whole suite again under AddressSanitizer + UndefinedBehaviorSanitizer,
 # halting on the first report.
 test-asan: deps
-	@cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DKZBS_SANITIZE=ON $(CMAKE_FLAGS) >&2
+	@cmake -S . -B $(ASAN_BUILD) -G Ninja -DKZBS_QT_VERSION=6 -DCMAKE_BUILD_TYPE=Debug -DKZBS_SANITIZE=ON $(CMAKE_FLAGS) >&2
 	@cmake --build $(ASAN_BUILD) -j $(JOBS) >&2
 	ASAN_OPTIONS=halt_on_error=1:abort_on_error=1:detect_leaks=1 \
 	UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
 	LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp \
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS)
+
+test-qt5: deps
+	@cmake -S . -B $(QT5_BUILD) -G Ninja -DKZBS_QT_VERSION=5 $(CMAKE_FLAGS) >&2
+	@cmake --build $(QT5_BUILD) -j $(JOBS) >&2
+	ctest --test-dir $(QT5_BUILD) --output-on-failure -j $(JOBS)
 
 bench:
 	@./scripts/deps.sh bench
@@ -57,5 +66,23 @@ fuzz:
 install: build
 	cmake --install $(BUILD) $(if $(PREFIX),--prefix $(PREFIX))
 
+# The three Debian packages (debian/), built from a copy of the tracked files
+# so that nothing is written beside the work tree, then checked by lintian.
+# They land in $(DEB_BUILD)/.
+package:
+	@./scripts/deps.sh package
+	rm -rf $(DEB_BUILD) && mkdir -p $(DEB_BUILD)/source
+	git ls-files -z | tar --null -T - -cf - | tar -xf - -C $(DEB_BUILD)/source
+	cd $(DEB_BUILD)/source && DEB_BUILD_OPTIONS="parallel=$(JOBS)" dpkg-buildpackage -b -us -uc >&2
+	lintian --info $(DEB_BUILD)/*.changes
+	@ls -1 $(DEB_BUILD)/*.deb
+
+# Records the ABI of the Qt 6 build as the one promised under its SONAME.
+# Run it on purpose only: after a SONAME bump, or to take in additions.
+abi-record: build
+	soname=$$(objdump -p $(BUILD)/src/libKzBasicServices.so | awk '$$1 == "SONAME" { print $$2 }') && \
+	abidw --headers-dir include --drop-private-types --no-corpus-path --type-id-style hash \
+	      --out-file abi/$$soname.abi $(BUILD)/src/libKzBasicServices.so
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(BENCH_BUILD) $(FUZZ_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(QT5_BUILD) $(DEB_BUILD) $(BENCH_BUILD) $(FUZZ_BUILD)

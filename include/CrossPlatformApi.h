@@ -1,5 +1,5 @@
 // CrossPlatformApi.h - the platform layer: the Windows calls the applications
-// were written against, on Linux with Qt 5, iconv and X11.
+// were written against, on Linux with Qt 6 or Qt 5 (KZBS_QT_VERSION), iconv and X11.
 //
 // Invariants: the library's own texts are Windows-1252; file-system texts are
 // UTF-8. Nothing here throws. Functions hold no state unless noted.
@@ -12,12 +12,15 @@
 // INI files: QSettings in IniFormat; Qt's INI codec and fallbacks stay as Qt sets them.
 // Bundle: the application's folder stands for it (X.app when that folder is X.app/Contents/MacOS).
 // An application bundle is a "*.app" folder with Contents/Info.plist (XML) and Contents/MacOS.
-// Identifier: the desktop file name (QGuiApplication::desktopFileName), else "unknownBundleID".
+// Identifier: the bundle's CFBundleIdentifier, else the desktop file name, else "unknownBundleID".
 // Removable volume: a bundle folder under /media/ or /run/media/.
 // messageBox: a modal QMessageBox; without QApplication or off the GUI thread: stderr, answer 2.
+// Windows-1252 is decoded by a table of its own (Qt 6 has no QTextCodec in QtCore).
 // getApplicationfolder reads /proc/self/exe when no QCoreApplication exists.
 // Application support (both values): the XDG data home, ~/.local/share, not ~/Library.
 // exec splits with QRegularExpression, alternatives in order (QRegExp would take the longest).
+// getDirectoryEntries runs on QRegularExpression, no Qt5Compat: patterns are read with the
+// grammar QRegExp had (what it refused, such as "x??", a lone "{" or "]", still matches nothing).
 // Documents (from exec and the Windows-1252 opener) are opened under their real UTF-8 names.
 // waitForProcess pauses 1 ms between polls instead of spinning; a pid <= 0 answers true.
 // activateApp raises and activates the focus window, or else the first visible one.
@@ -163,8 +166,9 @@ KZBS_API std::vector<std::string> getIniSectionEntries(const char* section, cons
 
 // Starts `program` detached, in `workingDirectory` (null or empty: the caller's
 // folder), with the arguments split from the one line `arguments` (UTF-8).
-// `program` may be an application bundle X.app: its Contents/Info.plist names
-// the executable in Contents/MacOS under "CFBundleExecutable" (default: X).
+// `program` may be an application bundle, any folder X.app (a trailing slash
+// is allowed): its Contents/Info.plist names the executable in Contents/MacOS
+// under "CFBundleExecutable"; without the list or the key it is X.
 // An existing file without the execute right is a document: it is opened with
 // executeAssociatedAppAndOpenFile and arguments and folder are ignored.
 // True when the program was started (or the document opened).
@@ -259,8 +263,10 @@ KZBS_API int splitpath_s(const char* path, char* drive, unsigned long driveSize,
 // the buttons: 4 "Ja"/"Nein" (6 / 7), 6 "Abbrechen"/"Wiederholen"/"Weiter"
 // (2 / 10 / 11), anything else "OK" alone (1). Any of the bits 0x30 shows the
 // critical form. `text` and `caption` are Windows-1252. A box closed without
-// one of its buttons answers 2. Without a QApplication, or off the GUI thread,
-// "caption: text" goes to stderr and the answer is 2.
+// a click (Escape, the window's close button) answers as its escape button:
+// 1 for the OK box, 7 ("Nein") for Ja/Nein, 2 ("Abbrechen") for the three
+// buttons. Without a QApplication, or off the GUI thread, "caption: text" goes
+// to stderr and the answer is 2.
 KZBS_API int messageBox(const char* text, const char* caption, int type);
 
 // Always false.
@@ -287,8 +293,9 @@ KZBS_API void activateApp();
 // to its last ".", the outer one; otherwise bundleId().
 KZBS_API std::string mainBundleId();
 
-// The application's own identifier (its desktop file name), Windows-1252;
-// "unknownBundleID" when none is set.
+// The application's own identifier, Windows-1252: "CFBundleIdentifier" of
+// its bundle's Contents/Info.plist, else its desktop file name
+// (QGuiApplication::setDesktopFileName), else "unknownBundleID".
 KZBS_API std::string bundleId();
 
 #endif // CROSS_PLATFORM_API_H

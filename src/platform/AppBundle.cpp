@@ -39,7 +39,7 @@ QString plistString(const QString& plistPath, const QString& key)
         ++depth;
         if (depth != 3)
             continue;
-        const QStringRef name = xml.name();
+        const auto name = xml.name(); // QStringRef in Qt 5, QStringView in Qt 6
         if (keyFound)
             return name == QLatin1String("string") ? xml.readElementText() : QString();
         if (name == QLatin1String("key")) {

@@ -72,10 +72,19 @@ void activateApp()
     }
 }
 
+// The bundle's own list names the application first; a program that is no
+// bundle presents itself under its desktop file name.
 std::string bundleId()
 {
-    const QString name = QGuiApplication::desktopFileName();
-    return name.isEmpty() ? std::string(kUnknownBundleId) : cp1252(name);
+    const QString bundle = CrossPlatformApi::detail::bundlePath();
+    QString id;
+    if (CrossPlatformApi::detail::isAppBundle(bundle))
+        id = CrossPlatformApi::detail::plistString(
+            QDir(bundle).absoluteFilePath(QStringLiteral("Contents/Info.plist")),
+            QStringLiteral("CFBundleIdentifier"));
+    if (id.isEmpty())
+        id = QGuiApplication::desktopFileName();
+    return id.isEmpty() ? std::string(kUnknownBundleId) : cp1252(id);
 }
 
 // A helper nested in another application's bundle presents itself under the

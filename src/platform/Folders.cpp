@@ -2,11 +2,11 @@
 // file sizes and the drive type.
 #include "AppBundle.h"
 #include "CrossPlatformApi.h"
+#include "Wildcard.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QRegExp>
 #include <QStandardPaths>
 
 #include <fcntl.h>
@@ -27,18 +27,6 @@ QString withoutTrailingSeparator(QString path)
     while (path.size() > 1 && path.endsWith(QLatin1Char('/')))
         path.chop(1);
     return path;
-}
-
-// The Windows wildcard as a regular expression. Only "*", "." and "$" are
-// translated; the other regular-expression characters keep their meaning.
-QRegExp wildcardExpression(const std::string& pattern)
-{
-    QString expression = QString::fromLocal8Bit(pattern.c_str());
-    expression.replace(QStringLiteral("*.*"), QStringLiteral("*"), Qt::CaseSensitive);
-    expression.replace(QStringLiteral("$"), QStringLiteral("\\$"), Qt::CaseSensitive);
-    expression.replace(QStringLiteral("."), QStringLiteral("\\."), Qt::CaseSensitive);
-    expression.replace(QStringLiteral("*"), QStringLiteral(".*"), Qt::CaseSensitive);
-    return QRegExp(expression, Qt::CaseSensitive, QRegExp::RegExp);
 }
 
 } // namespace
@@ -73,15 +61,17 @@ std::string getApplicationfolder()
 
 std::vector<std::string> getDirectoryEntries(const std::string& folder, const std::string& pattern)
 {
-    const QRegExp expression = wildcardExpression(pattern);
+    const QRegularExpression expression = detail::wildcardExpression(pattern);
     std::vector<std::string> names;
+    if (!expression.isValid())
+        return names;
     QDirIterator it(QString::fromLocal8Bit(folder.c_str()));
     while (it.hasNext()) {
         it.next();
         const QString name = it.fileName();
         if (name == QLatin1String(".") || name == QLatin1String(".."))
             continue;
-        if (expression.exactMatch(name))
+        if (expression.match(name).hasMatch())
             names.push_back(latin1(name));
     }
     return names;

@@ -32,10 +32,18 @@ bool openLocalFile(const QString& path)
     return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
 
+// A folder named X.app, with or without a trailing slash, stands for its
+// program even without an Info.plist.
+bool isAppFolder(const QString& path)
+{
+    const QFileInfo info(QDir::cleanPath(path));
+    return info.isDir() && info.fileName().endsWith(QLatin1String(".app"));
+}
+
 // The executable inside the bundle X.app: Info.plist names it, X by default.
 QString bundleExecutable(const QString& bundlePath)
 {
-    const QFileInfo info(bundlePath);
+    const QFileInfo info(QDir::cleanPath(bundlePath));
     const QDir bundle(info.absoluteFilePath());
     QString name = detail::plistString(bundle.absoluteFilePath(QStringLiteral("Contents/Info.plist")),
                                        QStringLiteral("CFBundleExecutable"));
@@ -77,7 +85,7 @@ bool exec(const char* program, const char* arguments, const char* workingDirecto
     QString programPath = slashedPath(program);
     const QString workDir = slashedPath(workingDirectory);
 
-    if (detail::isAppBundle(programPath))
+    if (isAppFolder(programPath))
         programPath = bundleExecutable(programPath);
 
     QFile file(programPath);

@@ -15,15 +15,18 @@ using Strings = std::vector<std::string>;
 TEST(DirectoryEntries, WildcardsBecomeRegularExpressions)
 {
     TempFolder dir;
-    for (const char* name : {"a.txt", "ab.txt", "aa.txt", "aztxt", "noext", "x$y", "B.TXT", ".hidden.txt"})
+    for (const char* name : {"a.txt", "ab.txt", "aa.txt", "aztxt", "noext", "x$y", "B.TXT", ".hidden.txt", "x{y}", "a]"})
         writeFile(dir / name, "");
     ::mkdir((dir / "sub.d").c_str(), 0755);
     struct Case { const char* pattern; Strings names; };
     const Case cases[] = {
-        {"*.*", {"B.TXT", "a.txt", "aa.txt", "ab.txt", "aztxt", "noext", "sub.d", "x$y"}},
+        {"*.*", {"B.TXT", "a.txt", "a]", "aa.txt", "ab.txt", "aztxt", "noext", "sub.d", "x$y", "x{y}"}},
         {"*.txt", {"a.txt", "aa.txt", "ab.txt"}}, {"*.TXT", {"B.TXT"}},
         {"ab?.txt", {"a.txt", "ab.txt"}}, // "?" makes the character before it optional
         {"a+.txt", {"a.txt", "aa.txt"}}, {"x$y", {"x$y"}}, {"*.d", {"sub.d"}}, {"a(.txt", {}},
+        {"a{2}.txt", {"aa.txt"}}, {"a{,1}.txt", {"a.txt"}}, {"[]a].txt", {"a.txt"}},
+        // The grammar stays QRegExp's: what it refused matches nothing, though PCRE would take it.
+        {"a??.txt", {}}, {"*?.txt", {}}, {"x{y}", {}}, {"a]", {}}, {"(?i)b.txt", {}}, {"", {}},
     };
     for (const Case& c : cases) {
         Strings names = cpa::getDirectoryEntries(dir.path, c.pattern);

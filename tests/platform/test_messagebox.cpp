@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -22,7 +23,8 @@ std::string latin1(const QString& text) { return text.toLatin1().toStdString(); 
 class Gui : public testing::Test {
 protected:
     // Runs `call`; once its modal box is open, records "title|text|buttons (the
-    // default one starred),icon", clicks the button titled `click` and appends "=result".
+    // default one starred),icon", clicks the button titled `click` (or presses
+    // "Escape", or "close"s the window) and appends "=result".
     std::string answer(const std::string& click, const std::function<int()>& call)
     {
         std::string shown;
@@ -39,7 +41,14 @@ protected:
                 target = latin1(button->text()) == click ? button : target;
             }
             shown += box->icon() == QMessageBox::Critical ? "critical" : "plain";
-            target->click();
+            if (click == "Escape") {
+                QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+                QApplication::sendEvent(box, &escape);
+            } else if (click == "close") {
+                box->close();
+            } else {
+                target->click();
+            }
         });
         timer.start(10);
         const int result = call();
@@ -62,6 +71,11 @@ TEST_F(Gui, MessageBoxButtonSetsStylesAndResults)
         {0x04, "Nein", "Ja*,Nein,plain=7"}, {0x36, "Abbrechen", "Weiter,Abbrechen*,Wiederholen,critical=2"},
         {0x36, "Wiederholen", "Weiter,Abbrechen*,Wiederholen,critical=10"},
         {0x06, "Weiter", "Weiter,Abbrechen*,Wiederholen,plain=11"},
+        // Closed without a click: the escape button's answer.
+        {0x00, "Escape", "OK*,plain=1"},    {0x10, "close", "OK*,critical=1"},
+        {0x04, "Escape", "Ja*,Nein,plain=7"}, {0x24, "close", "Ja*,Nein,critical=7"},
+        {0x06, "Escape", "Weiter,Abbrechen*,Wiederholen,plain=2"},
+        {0x36, "close", "Weiter,Abbrechen*,Wiederholen,critical=2"},
     };
     for (const Case& c : cases) // the Windows-1252 euro sign is no Latin-1 character
         EXPECT_EQ(answer(c.click, [&] { return cpa::messageBox("100% gel\xF6scht.", "Planer \x80", c.type); }),

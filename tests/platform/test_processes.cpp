@@ -70,15 +70,19 @@ TEST_F(Exec, SplitsTheArgumentLineKeepingItsRepetitions)
     EXPECT_TRUE(files.urls.isEmpty());
 }
 
-// X.app/Contents/MacOS/<CFBundleExecutable of Info.plist, else X> is what starts.
+// X.app/Contents/MacOS/<CFBundleExecutable of Info.plist, else X> is what starts;
+// a folder not named *.app is no program.
 TEST_F(Exec, StartsTheExecutableOfAnApplicationBundle)
 {
-    struct Case { const char* bundle; const char* plist; const char* executable; bool isBundle; };
+    struct Case { const char* bundle; const char* called; const char* plist; const char* executable; bool starts; };
     const Case cases[] = {
-        {"Named.app", "<plist><dict><key>Nested</key><dict><key>CFBundleExecutable</key><string>No</string>"
+        {"Named.app", "Named.app", "<plist><dict><key>Nested</key><dict><key>CFBundleExecutable</key><string>No</string>"
                       "</dict><key>CFBundleExecutable</key><string>Planer</string></dict></plist>", "Planer", true},
-        {"Plain.app", "<plist><dict><key>CFBundleName</key><string>P</string></dict></plist>", "Plain", true},
-        {"NoPlist.app", nullptr, "NoPlist", false}, // a folder, which cannot be started
+        {"Plain.app", "Plain.app", "<plist><dict><key>CFBundleName</key><string>P</string></dict></plist>", "Plain", true},
+        {"NoPlist.app", "NoPlist.app", nullptr, "NoPlist", true},
+        {"Slash.app", "Slash.app/", nullptr, "Slash", true},
+        {"Dotted.x.app", "Dotted.x.app//", nullptr, "Dotted.x", true},
+        {"Folder", "Folder", nullptr, "Folder", false},
     };
     for (const Case& c : cases) {
         const std::string bundle = dir / c.bundle;
@@ -87,8 +91,8 @@ TEST_F(Exec, StartsTheExecutableOfAnApplicationBundle)
         if (c.plist)
             kzbs_test::writeFile(bundle + "/Contents/Info.plist", c.plist);
         kzbs_test::writeFile(bundle + "/Contents/MacOS/" + c.executable, kzbs_test::readFile(dir / "rec.sh"), 0755);
-        const std::string recorded = run(bundle, "--open x");
-        EXPECT_EQ(recorded.substr(0, recorded.find('\n')), c.isBundle ? "[--open][x]" : "not started") << c.bundle;
+        const std::string recorded = run(dir / c.called, "--open x");
+        EXPECT_EQ(recorded.substr(0, recorded.find('\n')), c.starts ? "[--open][x]" : "not started") << c.called;
     }
 }
 
