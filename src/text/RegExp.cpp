@@ -321,6 +321,32 @@ std::size_t wholeLiteralLength(const unsigned char* pat)
     return pat[n] == 0 ? n : 0;
 }
 
+// The length of the run of literal tokens at pat.
+std::size_t literalRunLength(const unsigned char* pat)
+{
+    std::size_t n = 0;
+    while (pat[n] != 0 && !isToken(pat[n]))
+        ++n;
+    return n;
+}
+
+// A run of literal characters that every match contains (the literal prefix,
+// or the literal right behind a leading '*' or '+' run), or null.
+const char* requiredLiteral(const unsigned char* pat, std::size_t* length)
+{
+    if ((pat[0] == CLOSURE || pat[0] == PCLOSURE) && pat[1] != BOL && pat[1] != EOL && pat[1] != 0)
+        pat += 1 + tokenSize(pat + 1);
+    *length = literalRunLength(pat);
+    return *length > 0 ? reinterpret_cast<const char*>(pat) : nullptr;
+}
+
+bool lacksRequiredLiteral(const unsigned char* pat, const char* from, std::size_t size)
+{
+    std::size_t length = 0;
+    const char* const literal = requiredLiteral(pat, &length);
+    return literal && !kztext::findLiteral(from, size, literal, length);
+}
+
 // What find() knows about a compiled pattern before it searches, so it can
 // skip positions where no attempt can succeed. None of it changes a result.
 struct SearchPlan {
@@ -742,6 +768,9 @@ int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned
                 length = literal;
                 offset = static_cast<int>(hit - base);
             }
+        } else if (lacksRequiredLiteral(m_pattern, from, text.size() - start)) {
+            // Not even in the whole text, so not before its NUL either: the
+            // search is over before the text's end is looked for.
         } else {
             const void* nul = std::memchr(from, '\0', text.size() - start);
             const char* const end = nul ? static_cast<const char*>(nul) : base + text.size();

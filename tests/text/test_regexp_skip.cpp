@@ -39,6 +39,9 @@ TEST(RegExpSkip, LiteralsFarIntoTheText)
         {"[a-z]+ing ", kPad + "12 running  x", 0, 103, 8},
         {"[a-z]+ing ", kPad + "running", 0, -1, 0},                   // the rest's literal never comes
         {"a*needle", kPad + "aaneedle", 0, 100, 8},
+        {"a+needle", kPad + "aa" + std::string(1, '\0') + "needle", 0, -1, 0}, // the literal only behind the NUL
+        {"[0-9]+:", kPad + "12 34", 0, -1, 0},                          // the literal nowhere
+        {"error.*disk", kPad + "disk" + std::string(1, '\0') + "error disk", 0, -1, 0},
         {"error.*disk", kPad + "error on the disk", 0, 100, 17},
         {"error.*disk", kPad + "disk error", 0, -1, 0},               // both literals, wrong order
         {"error.*disk", kPad + "error\ndisk", 0, -1, 0},              // '.' stops at the newline
