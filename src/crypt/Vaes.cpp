@@ -12,6 +12,7 @@
 
 #if defined(__x86_64__)
 #define KZ_HAVE_VAES 1
+#include <cpuid.h>
 #include <immintrin.h>
 #endif
 
@@ -202,10 +203,33 @@ KZ_VAES_TARGET void cbcEncryptChain(const unsigned char* in, unsigned char* out,
 
 } // namespace
 
+namespace {
+
+// VAES, AVX-512F and AVX-512VL from CPUID leaf 7, and the operating system
+// saving the vector state they use (XCR0: SSE, AVX, opmask and both halves
+// of the upper ZMM state). Asked directly: not every compiler's
+// __builtin_cpu_supports knows "vaes".
+bool processorAndSystemHaveVaes()
+{
+    unsigned a = 0, b = 0, c = 0, d = 0;
+    if (!__get_cpuid(1, &a, &b, &c, &d) || !(c & bit_OSXSAVE))
+        return false;
+    unsigned xcr0Low = 0, xcr0High = 0;
+    __asm__("xgetbv" : "=a"(xcr0Low), "=d"(xcr0High) : "c"(0));
+    constexpr unsigned kVectorState = 0x2 | 0x4 | 0x20 | 0x40 | 0x80;
+    if ((xcr0Low & kVectorState) != kVectorState)
+        return false;
+    if (!__get_cpuid_count(7, 0, &a, &b, &c, &d))
+        return false;
+    constexpr unsigned kAvx512F = 1u << 16, kAvx512VL = 1u << 31, kVaes = 1u << 9;
+    return (b & kAvx512F) && (b & kAvx512VL) && (c & kVaes);
+}
+
+} // namespace
+
 bool cpuHasVaes()
 {
-    static const bool has = cpuHasAes() && __builtin_cpu_supports("vaes") && __builtin_cpu_supports("avx512f")
-        && __builtin_cpu_supports("avx512vl");
+    static const bool has = cpuHasAes() && processorAndSystemHaveVaes();
     return has;
 }
 
