@@ -1,15 +1,16 @@
 // Dates and holidays: KZDate conversions side by side with the well-known
 // branch-light days-from-civil / civil-from-days algorithms, and the holiday
 // queries over a century. KZDate's construction and Mdy report
-// `vs_reference`: their dates per second over the reference's, measured just
-// before them.
+// `vs_reference`: their dates per second over the reference's, the two run
+// alternately (SideBySide.h).
 #include "KZCalendar.h"
 #include "KZDate.h"
 
 #include <benchmark/benchmark.h>
 
+#include "SideBySide.h"
+
 #include <cstdint>
-#include <ctime>
 #include <vector>
 
 namespace {
@@ -42,33 +43,6 @@ inline Civil civilFromDays(std::int64_t z)
     return {static_cast<unsigned>(static_cast<std::int64_t>(yoe) + era * 400 + (m <= 2)), m, d};
 }
 
-double threadSeconds()
-{
-    timespec now {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-// Runs `pass` over the loop, reports the dates and returns dates per CPU second.
-template <class Pass>
-double timedDates(benchmark::State& state, std::int64_t count, Pass pass)
-{
-    const double start = threadSeconds();
-    for (auto _ : state)
-        pass();
-    const double seconds = threadSeconds() - start;
-    state.SetItemsProcessed(state.iterations() * count);
-    return seconds > 0 ? static_cast<double>(state.iterations() * count) / seconds : 0;
-}
-
-double g_daysFromCivilRate = 0, g_civilFromDaysRate = 0;
-
-void reportVersus(benchmark::State& state, double rate, double reference)
-{
-    if (reference > 0)
-        state.counters["vs_reference"] = rate / reference;
-}
-
 // Every day from 1900 to 2099.
 const std::vector<Civil>& civilDates()
 {
@@ -83,60 +57,76 @@ const std::vector<Civil>& civilDates()
     return dates;
 }
 
+void referenceDaysFromCivilPass()
+{
+    std::int64_t sum = 0;
+    for (const Civil& c : civilDates()) {
+        // The same validity check KZDate makes, so both do the same job.
+        if (KZDate::DayWithinMonth(c.month, c.day, c.year))
+            sum += daysFromCivil(c.year, c.month, c.day);
+    }
+    benchmark::DoNotOptimize(sum);
+}
+
+void kzDateConstructPass()
+{
+    std::uint32_t sum = 0;
+    for (const Civil& c : civilDates())
+        sum += KZDate(c.day, c.month, c.year).Hash();
+    benchmark::DoNotOptimize(sum);
+}
+
+void referenceCivilFromDaysPass()
+{
+    const std::int64_t first = daysFromCivil(1900, 1, 1);
+    const std::int64_t count = static_cast<std::int64_t>(civilDates().size());
+    unsigned sum = 0;
+    for (std::int64_t n = first; n < first + count; ++n) {
+        const Civil c = civilFromDays(n);
+        sum += c.month + c.day + c.year;
+    }
+    benchmark::DoNotOptimize(sum);
+}
+
+void kzDateMdyPass()
+{
+    const std::uint32_t first = KZDate(1, 1, 1900).Hash();
+    const std::uint32_t count = static_cast<std::uint32_t>(civilDates().size());
+    unsigned sum = 0;
+    for (std::uint32_t n = first; n < first + count; ++n) {
+        unsigned m, d, y;
+        KZDate(n - 2415386u, 0).Mdy(m, d, y);
+        sum += m + d + y;
+    }
+    benchmark::DoNotOptimize(sum);
+}
+
+std::int64_t dateCount() { return static_cast<std::int64_t>(civilDates().size()); }
+
 void BM_ReferenceDaysFromCivil(benchmark::State& state)
 {
-    const auto& dates = civilDates();
-    g_daysFromCivilRate = timedDates(state, static_cast<std::int64_t>(dates.size()), [&] {
-        std::int64_t sum = 0;
-        for (const Civil& c : dates) {
-            // The same validity check KZDate makes, so both do the same job.
-            if (KZDate::DayWithinMonth(c.month, c.day, c.year))
-                sum += daysFromCivil(c.year, c.month, c.day);
-        }
-        benchmark::DoNotOptimize(sum);
-    });
+    for (auto _ : state)
+        referenceDaysFromCivilPass();
+    state.SetItemsProcessed(state.iterations() * dateCount());
 }
 
 void BM_KZDateConstruct(benchmark::State& state)
 {
-    const auto& dates = civilDates();
-    const double rate = timedDates(state, static_cast<std::int64_t>(dates.size()), [&] {
-        std::uint32_t sum = 0;
-        for (const Civil& c : dates)
-            sum += KZDate(c.day, c.month, c.year).Hash();
-        benchmark::DoNotOptimize(sum);
-    });
-    reportVersus(state, rate, g_daysFromCivilRate);
+    bench::sideBySide(state, kzDateConstructPass, {{"reference", referenceDaysFromCivilPass}});
+    state.SetItemsProcessed(state.iterations() * dateCount());
 }
 
 void BM_ReferenceCivilFromDays(benchmark::State& state)
 {
-    const std::int64_t first = daysFromCivil(1900, 1, 1);
-    const std::int64_t count = static_cast<std::int64_t>(civilDates().size());
-    g_civilFromDaysRate = timedDates(state, count, [&] {
-        unsigned sum = 0;
-        for (std::int64_t n = first; n < first + count; ++n) {
-            const Civil c = civilFromDays(n);
-            sum += c.month + c.day + c.year;
-        }
-        benchmark::DoNotOptimize(sum);
-    });
+    for (auto _ : state)
+        referenceCivilFromDaysPass();
+    state.SetItemsProcessed(state.iterations() * dateCount());
 }
 
 void BM_KZDateMdy(benchmark::State& state)
 {
-    const std::uint32_t first = KZDate(1, 1, 1900).Hash();
-    const std::uint32_t count = static_cast<std::uint32_t>(civilDates().size());
-    const double rate = timedDates(state, count, [&] {
-        unsigned sum = 0;
-        for (std::uint32_t n = first; n < first + count; ++n) {
-            unsigned m, d, y;
-            KZDate(n - 2415386u, 0).Mdy(m, d, y);
-            sum += m + d + y;
-        }
-        benchmark::DoNotOptimize(sum);
-    });
-    reportVersus(state, rate, g_civilFromDaysRate);
+    bench::sideBySide(state, kzDateMdyPass, {{"reference", referenceCivilFromDaysPass}});
+    state.SetItemsProcessed(state.iterations() * dateCount());
 }
 
 void BM_IsPublicHolidayEveryDayOfACentury(benchmark::State& state)
@@ -162,10 +152,9 @@ void BM_HolidaysInPeriodOfACentury(benchmark::State& state)
 
 } // namespace
 
-// Registration order is run order: each reference first, so the ratios have their reference.
+BENCHMARK(BM_KZDateConstruct)->UseManualTime();
 BENCHMARK(BM_ReferenceDaysFromCivil);
-BENCHMARK(BM_KZDateConstruct);
+BENCHMARK(BM_KZDateMdy)->UseManualTime();
 BENCHMARK(BM_ReferenceCivilFromDays);
-BENCHMARK(BM_KZDateMdy);
 BENCHMARK(BM_IsPublicHolidayEveryDayOfACentury);
 BENCHMARK(BM_HolidaysInPeriodOfACentury);

@@ -2,14 +2,14 @@
 // std::filesystem::path doing the equivalent decomposition (parent path, stem,
 // extension) and composition in the same program. KZFileName reports
 // `vs_std_filesystem`: its names per second over std::filesystem's for the
-// same kind of name, measured just before it.
+// same kind of name, the two run alternately (SideBySide.h).
 #include "KZFileName.h"
 
 #include <benchmark/benchmark.h>
 
-#include <ctime>
+#include "SideBySide.h"
+
 #include <filesystem>
-#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -42,31 +42,6 @@ const std::vector<std::string>& names(Kind kind)
     return list;
 }
 
-double threadSeconds()
-{
-    timespec now {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-// Runs `pass` over the loop, reports the names and returns names per CPU second.
-template <class Pass>
-double timedNames(benchmark::State& state, std::size_t count, Pass pass)
-{
-    const double start = threadSeconds();
-    for (auto _ : state)
-        pass();
-    const double seconds = threadSeconds() - start;
-    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * count));
-    return seconds > 0 ? static_cast<double>(state.iterations() * count) / seconds : 0;
-}
-
-std::map<long, double>& stdFilesystemRate()
-{
-    static std::map<long, double> rates;
-    return rates;
-}
-
 void setUpSymbols()
 {
     KZFileEnvironment& env = KZFileName::getGlobalFileEnvironment();
@@ -76,36 +51,44 @@ void setUpSymbols()
     env.readSymbolsFromFile(symbols);
 }
 
+void stdFilesystemPass(const std::vector<std::string>& list)
+{
+    for (const std::string& text : list) {
+        const std::filesystem::path path(text);
+        const std::filesystem::path dir = path.parent_path();
+        const std::filesystem::path stem = path.stem();
+        const std::filesystem::path ext = path.extension();
+        benchmark::DoNotOptimize(stem.native().size() + ext.native().size());
+        std::string composed = (dir / stem).native() + ext.native();
+        benchmark::DoNotOptimize(composed);
+    }
+}
+
+void kzFileNamePass(const std::vector<std::string>& list)
+{
+    for (const std::string& text : list) {
+        const KZFileName name(text);
+        benchmark::DoNotOptimize(name.getName().size() + name.getExt().size());
+        std::string composed = name.compose();
+        benchmark::DoNotOptimize(composed);
+    }
+}
+
 void BM_StdFilesystem(benchmark::State& state)
 {
     const auto& list = names(static_cast<Kind>(state.range(0)));
-    stdFilesystemRate()[state.range(0)] = timedNames(state, list.size(), [&] {
-        for (const std::string& text : list) {
-            const std::filesystem::path path(text);
-            const std::filesystem::path dir = path.parent_path();
-            const std::filesystem::path stem = path.stem();
-            const std::filesystem::path ext = path.extension();
-            benchmark::DoNotOptimize(stem.native().size() + ext.native().size());
-            std::string composed = (dir / stem).native() + ext.native();
-            benchmark::DoNotOptimize(composed);
-        }
-    });
+    for (auto _ : state)
+        stdFilesystemPass(list);
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * list.size()));
 }
 
+// KZFileName with std::filesystem run alternately on the same names.
 void BM_KZFileName(benchmark::State& state)
 {
     setUpSymbols();
     const auto& list = names(static_cast<Kind>(state.range(0)));
-    const double rate = timedNames(state, list.size(), [&] {
-        for (const std::string& text : list) {
-            const KZFileName name(text);
-            benchmark::DoNotOptimize(name.getName().size() + name.getExt().size());
-            std::string composed = name.compose();
-            benchmark::DoNotOptimize(composed);
-        }
-    });
-    if (stdFilesystemRate()[state.range(0)] > 0)
-        state.counters["vs_std_filesystem"] = rate / stdFilesystemRate()[state.range(0)];
+    bench::sideBySide(state, [&] { kzFileNamePass(list); }, {{"std_filesystem", [&] { stdFilesystemPass(list); }}});
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * list.size()));
 }
 
 void kinds(benchmark::internal::Benchmark* b)
@@ -115,6 +98,5 @@ void kinds(benchmark::internal::Benchmark* b)
 
 } // namespace
 
-// Registration order is run order: std::filesystem first, so the ratios have their reference.
+BENCHMARK(BM_KZFileName)->Apply(kinds)->UseManualTime();
 BENCHMARK(BM_StdFilesystem)->Apply(kinds);
-BENCHMARK(BM_KZFileName)->Apply(kinds);
