@@ -132,8 +132,9 @@ KZBS_API int cipherUpdateRounds(const cipherInstance* cipher, const keyInstance*
 // vector AES instructions on four blocks per instruction (VAES with AVX-512;
 // CBC encryption, one chain, runs on AES-NI with every round key held in the
 // larger register file). All give the same bytes. Asking for a path the
-// processor lacks selects the fastest one below it that it has. Returns the
-// implementation now in effect.
+// processor lacks selects the fastest one below it that it has; a value that
+// names no path selects the portable code. Returns the implementation now in
+// effect.
 constexpr int RIJNDAEL_PORTABLE = 0;
 constexpr int RIJNDAEL_HARDWARE = 1;
 constexpr int RIJNDAEL_VAES = 2;
