@@ -22,11 +22,14 @@
 //
 // Implementation: on CPUs with AES instructions (detected at run time) the
 // block functions run ECB and CBC (both directions) and the CFB1 feedback on
-// the hardware, with byte-identical results. Besides speed this closes the
-// cache-timing leak of the table lookups: the portable T-table path indexes
-// memory with key- and data-dependent bytes, the hardware path does not. The
-// environment variable KZ_AES_PORTABLE=1 (read once, at the first cipher call)
-// or rijndaelSetImplementation() forces the portable path.
+// the hardware, with byte-identical results; where the CPU also has VAES and
+// AVX-512, ECB and CBC decryption run four blocks per instruction. Besides
+// speed this closes the cache-timing leak of the table lookups: the portable
+// T-table path indexes memory with key- and data-dependent bytes, the
+// hardware paths do not. The environment (read once, at the first cipher
+// call) can force a path: KZ_AES_PORTABLE=1 the portable one,
+// KZ_AES_IMPLEMENTATION=0, 1 or 2 any of them; so can
+// rijndaelSetImplementation().
 //
 // Stream integers are written little-endian (the byte order of every platform
 // this library is built for).
@@ -124,12 +127,19 @@ KZBS_API int cipherUpdateRounds(const cipherInstance* cipher, const keyInstance*
                                 const unsigned char* input, int inputLen,
                                 unsigned char* outBuffer, int rounds);
 
-// Which code the block functions run: the portable T-table code or the
-// processor's AES instructions. Asking for the hardware where it is missing
-// selects the portable code. Returns the implementation now in effect.
+// Which code the block functions run: the portable T-table code, the
+// processor's AES instructions on one block per instruction (AES-NI), or the
+// vector AES instructions on four blocks per instruction (VAES with AVX-512;
+// CBC encryption, one chain, runs on AES-NI with every round key held in the
+// larger register file). All give the same bytes. Asking for a path the
+// processor lacks selects the fastest one below it that it has; a value that
+// names no path selects the portable code. Returns the implementation now in
+// effect.
 constexpr int RIJNDAEL_PORTABLE = 0;
 constexpr int RIJNDAEL_HARDWARE = 1;
+constexpr int RIJNDAEL_VAES = 2;
 KZBS_API bool rijndaelHardwareAvailable();
+KZBS_API bool rijndaelImplementationAvailable(int implementation);
 KZBS_API int rijndaelImplementation();
 KZBS_API int rijndaelSetImplementation(int implementation);
 

@@ -1,5 +1,6 @@
 // The cipher interface: key and cipher records, the block functions in ECB,
-// CBC and CFB1, and the choice between portable and hardware code.
+// CBC and CFB1, and the choice between the portable code and the two hardware
+// paths.
 #include "RijndaelInternal.h"
 
 #include <atomic>
@@ -33,23 +34,38 @@ int hexByte(const char* text)
     return low < 0 ? -1 : high << 4 | low;
 }
 
-bool forcedPortableByEnvironment()
+// The fastest path the processor has that does not exceed `wanted`.
+int availableUpTo(int wanted)
 {
-    const char* value = std::getenv("KZ_AES_PORTABLE");
-    return value && *value && std::strcmp(value, "0") != 0;
+    if (wanted >= RIJNDAEL_VAES && kzcrypt::cpuHasVaes())
+        return RIJNDAEL_VAES;
+    if (wanted >= RIJNDAEL_HARDWARE && kzcrypt::cpuHasAes())
+        return RIJNDAEL_HARDWARE;
+    return RIJNDAEL_PORTABLE;
 }
 
-bool useHardware()
+int chosenByEnvironment()
+{
+    const char* portable = std::getenv("KZ_AES_PORTABLE");
+    if (portable && *portable && std::strcmp(portable, "0") != 0)
+        return RIJNDAEL_PORTABLE;
+    const char* forced = std::getenv("KZ_AES_IMPLEMENTATION");
+    if (forced && forced[0] >= '0' && forced[0] <= '2' && forced[1] == '\0')
+        return availableUpTo(forced[0] - '0');
+    return availableUpTo(RIJNDAEL_VAES);
+}
+
+int implementation()
 {
     int current = g_implementation.load(std::memory_order_relaxed);
     if (current == kUnresolved) {
-        const int chosen = !forcedPortableByEnvironment() && kzcrypt::cpuHasAes() ? RIJNDAEL_HARDWARE
-                                                                                  : RIJNDAEL_PORTABLE;
-        g_implementation.compare_exchange_strong(current, chosen);
+        g_implementation.compare_exchange_strong(current, chosenByEnvironment());
         current = g_implementation.load(std::memory_order_relaxed);
     }
-    return current == RIJNDAEL_HARDWARE;
+    return current;
 }
+
+bool useHardware() { return implementation() != RIJNDAEL_PORTABLE; }
 
 void encryptOne(const unsigned char in[16], unsigned char out[16], kzcrypt::RoundKeys W, int rounds, bool hardware)
 {
@@ -125,12 +141,19 @@ bool buffersPresent(int numBlocks, const unsigned char* input, const unsigned ch
 
 bool rijndaelHardwareAvailable() { return kzcrypt::cpuHasAes(); }
 
-int rijndaelImplementation() { return useHardware() ? RIJNDAEL_HARDWARE : RIJNDAEL_PORTABLE; }
+bool rijndaelImplementationAvailable(int implementation)
+{
+    return implementation == RIJNDAEL_PORTABLE
+        || ((implementation == RIJNDAEL_HARDWARE || implementation == RIJNDAEL_VAES)
+            && availableUpTo(implementation) == implementation);
+}
+
+int rijndaelImplementation() { return implementation(); }
 
 int rijndaelSetImplementation(int implementation)
 {
-    const bool hardware = implementation == RIJNDAEL_HARDWARE && kzcrypt::cpuHasAes();
-    g_implementation.store(hardware ? RIJNDAEL_HARDWARE : RIJNDAEL_PORTABLE);
+    const bool known = implementation >= RIJNDAEL_PORTABLE && implementation <= RIJNDAEL_VAES;
+    g_implementation.store(known ? availableUpTo(implementation) : RIJNDAEL_PORTABLE);
     return rijndaelImplementation();
 }
 
@@ -197,14 +220,18 @@ int blockEncrypt(const cipherInstance* cipher, const keyInstance* key, const uns
     const std::size_t blocks = numBlocks > 0 ? static_cast<std::size_t>(numBlocks) : 0;
     switch (cipher->mode) {
     case MODE_ECB:
-        if (useHardware())
+        if (implementation() == RIJNDAEL_VAES)
+            kzcrypt::vaesEncryptEcb(input, outBuffer, blocks, key->keySched, rounds);
+        else if (useHardware())
             kzcrypt::hwEncryptEcb(input, outBuffer, blocks, key->keySched, rounds);
         else
             for (std::size_t b = 0; b < blocks; ++b)
                 kzcrypt::encryptBlockPortable(input + 16 * b, outBuffer + 16 * b, key->keySched, rounds);
         break;
     case MODE_CBC:
-        if (useHardware())
+        if (implementation() == RIJNDAEL_VAES)
+            kzcrypt::vaesEncryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
+        else if (useHardware())
             kzcrypt::hwEncryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
         else
             encryptCbcPortable(input, outBuffer, numBlocks, key->keySched, rounds, cipher->IV);
@@ -230,14 +257,18 @@ int blockDecrypt(const cipherInstance* cipher, const keyInstance* key, const uns
     const std::size_t blocks = numBlocks > 0 ? static_cast<std::size_t>(numBlocks) : 0;
     switch (cipher->mode) {
     case MODE_ECB:
-        if (useHardware())
+        if (implementation() == RIJNDAEL_VAES)
+            kzcrypt::vaesDecryptEcb(input, outBuffer, blocks, key->keySched, rounds);
+        else if (useHardware())
             kzcrypt::hwDecryptEcb(input, outBuffer, blocks, key->keySched, rounds);
         else
             for (std::size_t b = 0; b < blocks; ++b)
                 kzcrypt::decryptBlockPortable(input + 16 * b, outBuffer + 16 * b, key->keySched, rounds);
         break;
     case MODE_CBC:
-        if (useHardware())
+        if (implementation() == RIJNDAEL_VAES)
+            kzcrypt::vaesDecryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
+        else if (useHardware())
             kzcrypt::hwDecryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
         else
             decryptCbcPortable(input, outBuffer, numBlocks, key->keySched, rounds, cipher->IV);

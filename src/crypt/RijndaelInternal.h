@@ -1,5 +1,6 @@
 // Internal seams of the cipher: the clamped round count, the portable
-// one-block functions with an explicit round count, and the hardware kernels.
+// one-block functions with an explicit round count, and the hardware kernels
+// (AES-NI, and VAES on AVX-512).
 #ifndef KZ_RIJNDAEL_INTERNAL_H
 #define KZ_RIJNDAEL_INTERNAL_H
 
@@ -27,6 +28,17 @@ void hwEncryptCbc(const unsigned char* in, unsigned char* out, std::size_t block
                   const unsigned char iv[16]);
 void hwDecryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                   const unsigned char iv[16]);
+
+// VAES/AVX-512 kernels: the same results again, several blocks per
+// instruction. Only call them when cpuHasVaes() is true. in and out may be
+// equal.
+bool cpuHasVaes();
+void vaesEncryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
+void vaesDecryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
+void vaesEncryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                    const unsigned char iv[16]);
+void vaesDecryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                    const unsigned char iv[16]);
 
 } // namespace kzcrypt
 

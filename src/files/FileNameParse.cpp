@@ -2,6 +2,10 @@
 // the directory part that goes with it.
 #include "KZFileName.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 // Parsing runs for every name an application touches, so the scans below are
 // written out by hand instead of using the set searches of std::string,
 // which test each character against the set with a library call.
@@ -55,6 +59,92 @@ std::size_t firstUncleanSeparator(const std::string& s)
     return s.size();
 }
 
+// dir = text[0, length) with every run of separators written as one current
+// separator, in one pass (the directory of a parsed name is cleaned this way
+// every time). Returns whether a separator is followed by "..": only then can
+// the text hold a "/.." for removeRedundantPathElements to fold.
+bool assignCollapsedDirectory(std::string& dir, const char* text, std::size_t length)
+{
+    const char current = KZFileName::sm_dirSeparatorChar;
+    dir.resize(length);
+    char* const out = &dir[0];
+    std::size_t written = 0;
+    bool previousWasSeparator = false, parentReference = false;
+    for (std::size_t i = 0; i < length; ++i) {
+        const char c = text[i];
+        if (!isSeparator(c)) {
+            out[written++] = c;
+            previousWasSeparator = false;
+            continue;
+        }
+        if (!previousWasSeparator)
+            out[written++] = current;
+        previousWasSeparator = true;
+        parentReference = parentReference || (i + 2 < length && text[i + 1] == '.' && text[i + 2] == '.');
+    }
+    dir.resize(written);
+    return parentReference;
+}
+
+#if defined(__SSE2__)
+
+// dir = text[0, length) with every separator written as the current one, for
+// a text of at least 16 bytes: 16 bytes at a time, the last block overlapping
+// the one before so that nothing outside the text is read (its bytes before
+// the overlap are written twice, the same both times). Blocks are read from
+// the text, not from dir, so no load waits for the copy's stores. Returns
+// false, and dir is to be redone, when the text has a separator run; *dotDot
+// tells whether it holds a "..", which a "/.." to fold needs.
+bool assignRewrittenDirectory(std::string& dir, const char* text, std::size_t length, bool* dotDot)
+{
+    dir.assign(text, length);
+    char* const out = &dir[0];
+    const __m128i backslash = _mm_set1_epi8('\\'), slash = _mm_set1_epi8('/'), dot = _mm_set1_epi8('.');
+    const __m128i replacement = _mm_set1_epi8(KZFileName::sm_dirSeparatorChar);
+    unsigned runs = 0, dots = 0;
+    // A block at `at` whose bits below `seen` were looked at already; the
+    // byte before the block is paired with its first one by reading it again.
+    const auto block = [&](std::size_t at, unsigned seen) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + at));
+        const __m128i isSep = _mm_or_si128(_mm_cmpeq_epi8(v, backslash), _mm_cmpeq_epi8(v, slash));
+        const unsigned sep = static_cast<unsigned>(_mm_movemask_epi8(isSep));
+        const unsigned dotBits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, dot)));
+        const unsigned before = at > 0 ? 1u : 0u;
+        const unsigned sepBefore = before && isSeparator(text[at - 1]) ? 1u : 0u;
+        const unsigned dotBefore = before && text[at - 1] == '.' ? 1u : 0u;
+        const unsigned fresh = ~0u << seen;
+        runs |= sep & fresh & (sep << 1 | sepBefore);
+        dots |= dotBits & fresh & (dotBits << 1 | dotBefore);
+        if (sep != 0)
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + at),
+                             _mm_or_si128(_mm_and_si128(isSep, replacement), _mm_andnot_si128(isSep, v)));
+    };
+    std::size_t i = 0;
+    for (; i + 16 <= length; i += 16)
+        block(i, 0);
+    if (i < length)
+        block(length - 16, static_cast<unsigned>(i - (length - 16)));
+    *dotDot = dots != 0;
+    return runs == 0;
+}
+
+#endif
+
+// The same as assigning the text and removeRedundantDirSeperators().
+void assignCleanDirectory(std::string& dir, const char* text, std::size_t length)
+{
+#if defined(__SSE2__)
+    bool dotDot = false;
+    if (length >= 16 && assignRewrittenDirectory(dir, text, length, &dotDot)) {
+        if (dotDot)
+            KZFileName::removeRedundantPathElements(dir);
+        return;
+    }
+#endif
+    if (assignCollapsedDirectory(dir, text, length))
+        KZFileName::removeRedundantPathElements(dir);
+}
+
 } // namespace
 
 void KZFileName::parse(const std::string& s)
@@ -87,8 +177,7 @@ void KZFileName::parse(const std::string& s)
 
     const std::size_t lastSeparator = findLastSeparator(work, begin);
     if (lastSeparator != std::string::npos) {
-        m_dir.assign(work, begin, lastSeparator + 1 - begin);
-        removeRedundantDirSeperators(m_dir);
+        assignCleanDirectory(m_dir, work.data() + begin, lastSeparator + 1 - begin);
         begin = lastSeparator + 1;
     }
 

@@ -4,6 +4,8 @@
 
 #include "KZStringFunctions.h"
 
+#include <cstring>
+
 const char KZFileName::sm_dirSeparators[3] = {'\\', '/', '\0'};
 const char KZFileName::sm_extensionChar = '.';
 char KZFileName::sm_dirSeparatorChar = '/';
@@ -85,20 +87,34 @@ bool KZFileName::isValid() const
     return m_ext.empty() || !m_name.empty();
 }
 
+namespace {
+
+char* put(char* out, const std::string& part)
+{
+    if (!part.empty())
+        std::memcpy(out, part.data(), part.size());
+    return out + part.size();
+}
+
+} // namespace
+
+// Every name an application opens is composed, so the text is sized once and
+// the parts are copied straight in.
 std::string KZFileName::compose() const
 {
-    std::string text;
-    text.reserve(m_drive.size() + m_unc.size() + m_dir.size() + 1 + m_name.size() + 1 + m_ext.size());
-    text += m_drive;
-    text += m_unc;
-    if (!m_dir.empty()) {
-        text += m_dir;
-        addTrailingDirSeparator(text);
-    }
-    text += m_name;
+    const std::size_t pathEnd = m_drive.size() + m_unc.size();
+    const bool addSeparator = !m_dir.empty() && !isDirSeparator(m_dir.back());
+    const std::size_t size = pathEnd + m_dir.size() + (addSeparator ? 1 : 0) + m_name.size()
+        + (m_ext.empty() ? 0 : 1 + m_ext.size());
+    std::string text(size, '\0');
+    char* out = put(put(&text[0], m_drive), m_unc);
+    out = put(out, m_dir);
+    if (addSeparator)
+        *out++ = sm_dirSeparatorChar;
+    out = put(out, m_name);
     if (!m_ext.empty()) {
-        text += sm_extensionChar;
-        text += m_ext;
+        *out++ = sm_extensionChar;
+        put(out, m_ext);
     }
     return text;
 }

@@ -1,6 +1,7 @@
 // KZRegExp: compiling a pattern into its token string, and matching the
 // tokens against a text with greedy, backtracking closures.
 #include "KZRegExp.h"
+#include "LiteralScan.h"
 
 #include <cstdint>
 #include <cstring>
@@ -101,8 +102,9 @@ const char* lastMatched(const char* pos, const char* start)
 // where the memo starts.
 class Search {
 public:
-    Search(const unsigned char* pattern, const char* start, const char* end)
-        : start(start), m_pattern(pattern), m_positions(static_cast<std::size_t>(end - start) + 1) {}
+    // The text ends at its first NUL from start on; the memo measures it only
+    // once it starts, so a search that never gets there never scans the text.
+    Search(const unsigned char* pattern, const char* start) : start(start), m_pattern(pattern) {}
 
     const char* const start;
 
@@ -122,8 +124,11 @@ public:
         if (m_failed.empty())
             m_failed.resize(kAllocation);
         std::vector<std::uint64_t>& row = m_failed[static_cast<std::size_t>(rest - m_pattern)];
-        if (row.empty())
+        if (row.empty()) {
+            if (m_positions == 0)
+                m_positions = std::strlen(start) + 1;
             row.assign((m_positions >> 6) + 1, 0);
+        }
         const std::size_t i = static_cast<std::size_t>(pos - start);
         row[i >> 6] |= std::uint64_t(1) << (i & 63);
     }
@@ -132,7 +137,7 @@ private:
     static constexpr unsigned long kMemoAfter = 4096;
 
     const unsigned char* m_pattern;
-    std::size_t m_positions;
+    std::size_t m_positions = 0;
     unsigned long m_backtracks = 0;
     std::vector<std::vector<std::uint64_t>> m_failed; // per token offset, a bit per position
 };
@@ -307,6 +312,41 @@ bool matchesAtEnd(const unsigned char* pat)
     return pat[0] == EOL || (pat[0] == BOL && (pat[1] == 0 || (pat[1] == EOL && pat[2] == 0)));
 }
 
+// The length of a token string made of literal characters only, else 0.
+std::size_t wholeLiteralLength(const unsigned char* pat)
+{
+    std::size_t n = 0;
+    while (pat[n] != 0 && !isToken(pat[n]))
+        ++n;
+    return pat[n] == 0 ? n : 0;
+}
+
+// The length of the run of literal tokens at pat.
+std::size_t literalRunLength(const unsigned char* pat)
+{
+    std::size_t n = 0;
+    while (pat[n] != 0 && !isToken(pat[n]))
+        ++n;
+    return n;
+}
+
+// A run of literal characters that every match contains (the literal prefix,
+// or the literal right behind a leading '*' or '+' run), or null.
+const char* requiredLiteral(const unsigned char* pat, std::size_t* length)
+{
+    if ((pat[0] == CLOSURE || pat[0] == PCLOSURE) && pat[1] != BOL && pat[1] != EOL && pat[1] != 0)
+        pat += 1 + tokenSize(pat + 1);
+    *length = literalRunLength(pat);
+    return *length > 0 ? reinterpret_cast<const char*>(pat) : nullptr;
+}
+
+bool lacksRequiredLiteral(const unsigned char* pat, const char* from, std::size_t size)
+{
+    std::size_t length = 0;
+    const char* const literal = requiredLiteral(pat, &length);
+    return literal && !kztext::findLiteral(from, size, literal, length);
+}
+
 // What find() knows about a compiled pattern before it searches, so it can
 // skip positions where no attempt can succeed. None of it changes a result.
 struct SearchPlan {
@@ -362,17 +402,24 @@ struct SearchPlan {
         }
     }
 
-    // An anchored pattern is tried once; a literal prefix, and the literal
-    // after a leading run, are searched for anyway: they are not tested here.
+    // An anchored pattern is tried once; the literal after a leading run is
+    // searched for anyway: it is not tested here. Every match begins with a
+    // literal prefix, so the other literals are looked for only behind its
+    // first occurrence.
     bool cannotMatch(const char* from, const char* end) const
     {
         if (anchored)
             return false;
+        if (prefixLength > 0) {
+            from = kztext::findLiteral(from, static_cast<std::size_t>(end - from), prefix, prefixLength);
+            if (!from)
+                return true;
+        }
         const char* const restLiteral = reinterpret_cast<const char*>(rest);
         for (std::size_t i = 0; i < requiredCount; ++i) {
             if (required[i] == prefix || required[i] == restLiteral)
                 continue;
-            if (!::memmem(from, static_cast<std::size_t>(end - from), required[i], requiredLength[i]))
+            if (!kztext::findLiteral(from, static_cast<std::size_t>(end - from), required[i], requiredLength[i]))
                 return true;
         }
         return false;
@@ -383,8 +430,8 @@ struct SearchPlan {
     const char* nextCandidate(const char* at, const char* end) const
     {
         if (prefixLength >= 2) {
-            const void* hit = ::memmem(at, static_cast<std::size_t>(end - at), prefix, prefixLength);
-            return hit ? static_cast<const char*>(hit) : end;
+            const char* hit = kztext::findLiteral(at, static_cast<std::size_t>(end - at), prefix, prefixLength);
+            return hit ? hit : end;
         }
         switch (*first) {
         case 0:   // no tokens at all (such as "\\x"): matches wherever it is tried
@@ -474,10 +521,10 @@ const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* 
     const bool atLeastOnce = pat[0] == PCLOSURE;
     const char* const literal = reinterpret_cast<const char*>(plan.rest);
     for (const char* q = from + (atLeastOnce ? 1 : 0); q < end; ++q) {
-        const void* hit = ::memmem(q, static_cast<std::size_t>(end - q), literal, plan.restLiteralLength);
+        const char* hit = kztext::findLiteral(q, static_cast<std::size_t>(end - q), literal, plan.restLiteralLength);
         if (!hit)
             break;
-        q = static_cast<const char*>(hit);
+        q = hit;
         if (!patcmp(q, plan.rest, search))
             continue;
         const char* runStart = q;
@@ -705,11 +752,30 @@ int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned
                 length = 1;
                 offset = static_cast<int>(start);
             }
+        } else if (m_pattern[0] == BOL) {
+            // Tried once, at the search start; the text's end is never needed.
+            Search search(m_pattern, from);
+            if (const char* last = patcmp(from, m_pattern, search)) {
+                length = static_cast<unsigned long>(last + 1 - from);
+                offset = static_cast<int>(start);
+            }
+        } else if (const std::size_t literal = wholeLiteralLength(m_pattern)) {
+            // Literal characters only: the first occurrence is the match,
+            // unless the text's NUL comes before it.
+            const char* const hit = kztext::findLiteral(from, text.size() - start,
+                                                        reinterpret_cast<const char*>(m_pattern), literal);
+            if (hit && !std::memchr(from, '\0', static_cast<std::size_t>(hit - from))) {
+                length = literal;
+                offset = static_cast<int>(hit - base);
+            }
+        } else if (lacksRequiredLiteral(m_pattern, from, text.size() - start)) {
+            // Not even in the whole text, so not before its NUL either: the
+            // search is over before the text's end is looked for.
         } else {
             const void* nul = std::memchr(from, '\0', text.size() - start);
             const char* const end = nul ? static_cast<const char*>(nul) : base + text.size();
             const SearchPlan plan(m_pattern);
-            Search search(m_pattern, from, end);
+            Search search(m_pattern, from);
             const char* last = nullptr;
             const char* at = plan.cannotMatch(from, end) ? end
                              : plan.restLiteralLength > 0 ? leftmostRunThenLiteral(plan, m_pattern, search, end, &last)

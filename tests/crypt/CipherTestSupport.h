@@ -1,5 +1,6 @@
 // Helpers for the cipher tests: hex text, key records, and a fixture that
-// runs a test once on the portable code and once on the AES instructions.
+// runs a test once on every implementation: the portable code, AES-NI and
+// VAES.
 #ifndef KZ_CIPHER_TEST_SUPPORT_H
 #define KZ_CIPHER_TEST_SUPPORT_H
 
@@ -62,17 +63,26 @@ inline cipherInstance cipherOrFail(unsigned char mode, const char* iv = nullptr)
 
 inline std::string implementationName(const ::testing::TestParamInfo<int>& info)
 {
-    return info.param == RIJNDAEL_HARDWARE ? "Hardware" : "Portable";
+    switch (info.param) {
+    case RIJNDAEL_HARDWARE: return "AesNi";
+    case RIJNDAEL_VAES: return "Vaes";
+    default: return "Portable";
+    }
 }
 
+// Every implementation the library has; the processor may lack some.
+constexpr int kEveryImplementation[] = {RIJNDAEL_PORTABLE, RIJNDAEL_HARDWARE, RIJNDAEL_VAES};
+
 // Parameter: the implementation; restored (and ROUNDS reset) after each test.
-class BothPaths : public ::testing::TestWithParam<int> {
+// A path the processor lacks is skipped, saying so.
+class EveryPath : public ::testing::TestWithParam<int> {
 protected:
     void SetUp() override
     {
         m_saved = rijndaelImplementation();
-        if (GetParam() == RIJNDAEL_HARDWARE && !rijndaelHardwareAvailable())
-            GTEST_SKIP() << "no AES instructions on this processor";
+        if (!rijndaelImplementationAvailable(GetParam()))
+            GTEST_SKIP() << "this processor lacks the instructions of the "
+                         << (GetParam() == RIJNDAEL_VAES ? "VAES/AVX-512 path" : "AES-NI path");
         ASSERT_EQ(rijndaelSetImplementation(GetParam()), GetParam());
     }
     void TearDown() override { rijndaelSetImplementation(m_saved); }
@@ -81,8 +91,8 @@ private:
     int m_saved = RIJNDAEL_PORTABLE;
 };
 
-#define KZ_BOTH_PATHS(suite)                                                                             \
-    INSTANTIATE_TEST_SUITE_P(Impl, suite, ::testing::Values(RIJNDAEL_PORTABLE, RIJNDAEL_HARDWARE), \
+#define KZ_EVERY_PATH(suite)                                                                            \
+    INSTANTIATE_TEST_SUITE_P(Impl, suite, ::testing::ValuesIn(crypt_test::kEveryImplementation),       \
                              crypt_test::implementationName)
 
 } // namespace crypt_test

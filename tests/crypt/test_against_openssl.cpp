@@ -1,5 +1,5 @@
 // Byte-for-byte agreement with OpenSSL's AES in ECB, CBC and CFB1, and of
-// KZCryptRijndael's payload, on both implementations.
+// KZCryptRijndael's payload, on every implementation.
 #include "CipherTestSupport.h"
 
 #include <openssl/evp.h>
@@ -39,21 +39,59 @@ Bytes ours(bool encrypt, unsigned char mode, const Bytes& key, const std::string
     return out;
 }
 
-class AgainstOpenSsl : public BothPaths {};
-KZ_BOTH_PATHS(AgainstOpenSsl);
+class AgainstOpenSsl : public EveryPath {};
+KZ_EVERY_PATH(AgainstOpenSsl);
+
+// Lengths around the kernels' strides (8 blocks for AES-NI, 4 per vector and
+// 32 per stride for VAES) and a few random ones.
+std::vector<std::size_t> blockCounts()
+{
+    std::vector<std::size_t> counts = {1, 2, 3, 4, 5, 6, 7, 8, 9, 15, 16, 17, 31, 32, 33, 34, 35, 36, 63, 64, 65, 100, 257};
+    std::mt19937 rng(2024);
+    for (int i = 0; i < 6; ++i)
+        counts.push_back(1 + rng() % 700);
+    return counts;
+}
 
 TEST_P(AgainstOpenSsl, EcbAndCbcForEveryKeySizeAndManyLengths)
 {
     unsigned seed = 10;
     for (int bits : {128, 192, 256})
         for (unsigned char mode : {MODE_ECB, MODE_CBC})
-            for (std::size_t blocks : {1, 2, 3, 7, 8, 9, 15, 16, 17, 31, 64, 100, 257}) {
+            for (std::size_t blocks : blockCounts()) {
                 const Bytes key = randomBytes(static_cast<std::size_t>(bits / 8), ++seed);
                 const Bytes iv = mode == MODE_CBC ? randomBytes(16, ++seed) : Bytes();
                 const Bytes data = randomBytes(16 * blocks, ++seed);
                 for (bool encrypt : {true, false})
                     EXPECT_EQ(ours(encrypt, mode, key, toHex(iv), data), openSsl(encrypt, bits, mode, key, iv, data))
                         << bits << "/" << int(mode) << "/" << blocks << (encrypt ? " enc" : " dec");
+            }
+}
+
+// In place (the buffer classes' use) the result is the same, and the bytes
+// behind the last whole block stay as they were.
+TEST_P(AgainstOpenSsl, InPlaceIsTheSameAndTouchesOnlyWholeBlocks)
+{
+    unsigned seed = 300;
+    for (int bits : {128, 256})
+        for (unsigned char mode : {MODE_ECB, MODE_CBC})
+            for (std::size_t blocks : {1, 3, 5, 33, 35, 70}) {
+                const Bytes key = randomBytes(static_cast<std::size_t>(bits / 8), ++seed);
+                const Bytes iv = mode == MODE_CBC ? randomBytes(16, ++seed) : Bytes();
+                const Bytes data = randomBytes(16 * blocks + 11, ++seed);
+                const Bytes whole(data.begin(), data.end() - 11);
+                for (bool encrypt : {true, false}) {
+                    const keyInstance k = makeKeyOrFail(encrypt ? DIR_ENCRYPT : DIR_DECRYPT, toHex(key));
+                    const cipherInstance c = cipherOrFail(mode, iv.empty() ? nullptr : toHex(iv).c_str());
+                    Bytes buffer = data;
+                    const int bitsIn = static_cast<int>(buffer.size() * 8);
+                    EXPECT_EQ(encrypt ? blockEncrypt(&c, &k, buffer.data(), bitsIn, buffer.data())
+                                      : blockDecrypt(&c, &k, buffer.data(), bitsIn, buffer.data()),
+                              static_cast<int>(128 * blocks));
+                    Bytes expected = openSsl(encrypt, bits, mode, key, iv, whole);
+                    expected.insert(expected.end(), data.end() - 11, data.end());
+                    EXPECT_EQ(buffer, expected) << bits << "/" << int(mode) << "/" << blocks << (encrypt ? " enc" : " dec");
+                }
             }
 }
 
