@@ -2,6 +2,8 @@
 // the directory part that goes with it.
 #include "KZFileName.h"
 
+#include <algorithm>
+
 // Parsing runs for every name an application touches, so the scans below are
 // written out by hand instead of using the set searches of std::string,
 // which test each character against the set with a library call.
@@ -136,10 +138,17 @@ void KZFileName::removeRedundantPathElements(std::string& s)
     std::size_t found = findParentReference(s, searchStart);
     while (found != std::string::npos) {
         const std::string left = getLeftDir(s, found);
-        if (left.empty())
+        if (left.empty()) {
             searchStart = found + parentLength;
-        else
-            s.erase(found - left.size(), left.size() + parentLength);
+        } else {
+            // Nothing before the fold changed, and the text before
+            // searchStart holds no "/..": a new one can only start up to two
+            // characters before the fold, so the search goes on from there
+            // instead of from searchStart (which made long names quadratic).
+            const std::size_t fold = found - left.size();
+            s.erase(fold, left.size() + parentLength);
+            searchStart = std::max(searchStart, fold >= 2 ? fold - 2 : 0);
+        }
         found = findParentReference(s, searchStart);
     }
     if (relative && !s.empty() && isSeparator(s[0]))
