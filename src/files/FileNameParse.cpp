@@ -2,8 +2,6 @@
 // the directory part that goes with it.
 #include "KZFileName.h"
 
-#include <algorithm>
-
 // Parsing runs for every name an application touches, so the scans below are
 // written out by hand instead of using the set searches of std::string,
 // which test each character against the set with a library call.
@@ -147,7 +145,8 @@ void KZFileName::removeRedundantPathElements(std::string& s)
             // instead of from searchStart (which made long names quadratic).
             const std::size_t fold = found - left.size();
             s.erase(fold, left.size() + parentLength);
-            searchStart = std::max(searchStart, fold >= 2 ? fold - 2 : 0);
+            if (fold > searchStart + 2)
+                searchStart = fold - 2;
         }
         found = findParentReference(s, searchStart);
     }
