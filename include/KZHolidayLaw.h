@@ -17,7 +17,30 @@
 //
 // Years before 1990 are outside the rule set. The queries answer them with
 // BeforeFirstYear rather than an empty list, so "no holiday" always means no
-// holiday.
+// holiday. Years after 4099 (where the Easter computation ends) are answered
+// with OutOfRange in the same way.
+//
+// The holidays and their names (Windows-1252), for whereHolds and for
+// readers of the lists:
+//   in every state: "Neujahrstag", "Karfreitag", "Ostermontag", "Tag der
+//     Arbeit", "Christi Himmelfahrt", "Pfingstmontag", "Tag der Deutschen
+//     Einheit" (3 October, from 1990), "1. Weihnachtstag", "2. Weihnachtstag";
+//   "Heilige Drei K\xF6nige" (BW, BY; ST from 1991), "Internationaler
+//     Frauentag" (BE from 2019, MV from 2023), "Ostersonntag" and
+//     "Pfingstsonntag" (HE; BB from 1991), "Fronleichnam" (BW, BY, HE, NW, RP,
+//     SL; regions SN BZ from 1993, TH EIC, UH, WAK from 1995), "Augsburger
+//     Hohes Friedensfest" (8 August, BY A), "Mari\xE4 Himmelfahrt" (SL; BY A
+//     and KATH), "Weltkindertag" (20 September, TH from 2019),
+//     "Reformationstag" (BB, MV, SN, ST, TH; HB, HH, NI, SH from 2018; every
+//     state in 2017), "Allerheiligen" (BW, BY, NW, RP, SL), "Bu\xDF- und
+//     Bettag" (every state up to 1994, SN only from 1995);
+//   single dates: "Tag der deutschen Einheit" 17 June 1990 in the ten western
+//     states (the old federal holiday, in its last year; Berlin is left out as
+//     only its western part had it), "Tag der Befreiung" 8 May 2020 and
+//     8 May 2025 in BE, "Jahrestag des Volksaufstandes vom 17. Juni 1953"
+//     17 June 2028 in BE.
+// For 1990 the eastern states get the nationwide days for the whole year;
+// their own days that fell before 3 October 1990 start in 1991.
 //
 // Invariants: the rules are constant data built at compile time; every
 // function is reentrant and may run on any thread. Names are German,
@@ -54,11 +77,13 @@ struct KZBS_API DatedHoliday {
 class KZBS_API KZHolidayLaw {
 public:
     static constexpr int FirstYear = 1990;
+    static constexpr int LastYear = 4099;
 
     enum Status : int {
         Ok = 0,
         BeforeFirstYear = 1,  // the question reaches before 1990
-        UnknownRegion = 2     // no such region in the state (or no single state given)
+        UnknownRegion = 2,    // no such region in the state (or no single state given)
+        OutOfRange = 3        // the question reaches after 4099 (a null date does)
     };
 
     // Every region known, ordered by state and code.
@@ -69,13 +94,16 @@ public:
 
     // The holidays from `from` to `to` (both included) for `land` and the
     // optional `region` ("" none), sorted by date; two on one day keep rule
-    // order. `out` is replaced; it is empty when to is before from.
+    // order. `out` is replaced; it is empty when to is before from. Each
+    // holiday carries every place where it holds that year, not only `land`.
+    // An unknown region is reported first, then a reversed period (Ok,
+    // empty), then the years.
     static Status holidaysInPeriod(const KZDate& from, const KZDate& to, KZBasicServices::BundesLand land,
                                    const std::string& region, std::vector<DatedHoliday>& out);
 
     // 0: a holiday that holds in `land` (and `region`) falls on `date`;
     // 2: holidays fall on it that hold elsewhere only; 1: no holiday anywhere;
-    // -1: `date` is before 1990; -2: unknown region.
+    // -1: `date` is before 1990; -2: unknown region; -3: after 4099.
     static int isPublicHoliday(const KZDate& date, KZBasicServices::BundesLand land,
                                const std::string& region = "");
 

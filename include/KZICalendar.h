@@ -27,14 +27,21 @@ struct KZBS_API ICalendarOptions {
 
 class KZBS_API KZICalendar {
 public:
-    // The whole calendar, UTF-8 with CRLF line ends. Names are converted from
-    // Windows-1252; where a holiday holds (states, regions) goes into
-    // DESCRIPTION.
+    // The whole calendar, UTF-8 with CRLF line ends, events in the order
+    // given. Names are converted from Windows-1252 (every byte, so any name
+    // converts); where a holiday holds (states, regions) goes into
+    // DESCRIPTION. A holiday whose date no iCalendar DATE can hold (the null
+    // date, years after 9998) is left out. prodId and uidDomain are written
+    // as TEXT, escaped.
     static std::string write(const std::vector<DatedHoliday>& holidays, const ICalendarOptions& options = {});
 
     // One content line ("NAME:value", UTF-8) folded at 75 octets, with CRLF.
+    // Continuation lines start with one space, which counts in their 75. A
+    // content line cannot hold CR or LF; any there are dropped.
     static std::string foldLine(const std::string& line);
-    // A TEXT value with backslash, semicolon, comma and newline escaped.
+    // A TEXT value with backslash, semicolon, comma and newline (LF, CR LF or
+    // a lone CR) escaped. Other control characters but TAB cannot stand in
+    // TEXT and are dropped.
     static std::string escapeText(const std::string& utf8);
 };
 

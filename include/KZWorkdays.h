@@ -4,8 +4,15 @@
 // the chosen calendar: the law's (KZHolidayLaw.h) or the classic table's
 // (KZCalendar.h), for one state and optional region, or for a mask of states
 // (Alle, the default: only the holidays that hold in all sixteen states
-// count). The week is Monday to Friday, or Monday to Saturday (Werktage);
-// 24 and 31 December may be taken as free days too.
+// count; XX, 0: every holiday of any state or region counts). The week is
+// Monday to Friday, or Monday to Saturday (Werktage); 24 and 31 December may
+// be taken as free days too. A date that is a holiday twice (1 May 2008:
+// Tag der Arbeit and Christi Himmelfahrt) is one free day.
+//
+// Range: dates from 1583 to 4099 (the Gregorian years Easter is computed
+// for); under the law from 1990 on. Regions exist under the law only: a
+// region with the classic table is UnknownRegion. On any status but Ok the
+// result is 0, false or the null date.
 //
 // Counting does not walk day by day: whole weeks are counted at once and the
 // holidays of each year subtracted, so a century costs about as much as a
@@ -51,7 +58,10 @@ public:
 
     // The n-th working day after `date` (n > 0) or before it (n < 0), `date`
     // itself not counted; n = 0 gives `date` when it is a working day, else
-    // the next working day.
+    // the next working day. Long steps are estimated by weeks and then
+    // corrected, so a century costs a few counts. A step that would end
+    // before 1990 under the law is BeforeFirstYear; one that would leave
+    // 1583..4099 otherwise is OutOfRange.
     static Status advance(const KZDate& date, long n, const WorkdayCalendar& calendar, KZDate& result);
 };
 

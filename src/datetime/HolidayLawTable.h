@@ -1,0 +1,91 @@
+// The law's holiday table and its resolution for one year. Private to the
+// library: the holiday queries, the working days and the iCalendar export
+// read it; clients see KZHolidayLaw.h.
+#ifndef KZ_HOLIDAY_LAW_TABLE_H
+#define KZ_HOLIDAY_LAW_TABLE_H
+
+#include "KZHolidayLaw.h"
+
+#include <array>
+#include <cstdint>
+
+namespace KZBasicServices {
+namespace holidaylaw {
+
+// How a row finds its date in a year.
+enum class DateRule {
+    Fixed,            // day.month every year
+    Easter,           // Easter Sunday plus offset days
+    DayOfRepentance,  // the Wednesday before 23 November
+    Once              // day.month of one single year
+};
+
+struct LawDate {
+    DateRule rule;
+    int day;
+    int month;
+    int offset;  // Easter: days after Easter Sunday; Once: the year
+};
+
+constexpr LawDate fixed(int day, int month) { return {DateRule::Fixed, day, month, 0}; }
+constexpr LawDate easterPlus(int days) { return {DateRule::Easter, 0, 0, days}; }
+constexpr LawDate wednesdayBefore23November() { return {DateRule::DayOfRepentance, 0, 0, 0}; }
+constexpr LawDate once(int day, int month, int year) { return {DateRule::Once, day, month, year}; }
+
+constexpr int kOpenEnded = 9999;  // last year of a rule the law still has
+constexpr int kLastYear = KZHolidayLaw::LastYear;
+constexpr int kNoRegion = -1;
+
+// Indexes into regionTable(), ordered by state and code.
+enum RegionIndex : int { RegionA, RegionKATH, RegionBZ, RegionEIC, RegionUH, RegionWAK, kRegionCount };
+
+struct LawRow {
+    const char* name;  // German, Windows-1252
+    LawDate date;
+    int states;        // BundesLand mask where it holds throughout; 0 for a region row
+    int region;        // RegionIndex, or kNoRegion
+    int firstYear;
+    int lastYear;
+};
+
+constexpr int kMaxRows = 48;  // room for every row; the table checks it fits
+
+const LawRow* lawRows();
+int lawRowCount();
+const HolidayRegion* regionTable();  // kRegionCount entries
+
+// One holiday in one year: the rows of one name on one date, merged.
+struct ResolvedHoliday {
+    std::uint32_t day;    // day number of the date
+    int row;              // the first of the merged rows (its name, its order)
+    int states;           // union of the rows' state masks
+    unsigned regions;     // bit i: RegionIndex i
+};
+
+// The holidays of one year, sorted by date; one date keeps row order.
+struct YearHolidays {
+    int count = 0;
+    std::array<ResolvedHoliday, kMaxRows> items{};
+};
+
+// Every holiday in force in `year` (1990..kLastYear; others give none).
+YearHolidays resolveYear(int year);
+
+// Whether a resolved holiday is one for `land` (0: any place; one state:
+// throughout it or in `region`; several: throughout all of them).
+bool holdsFor(const ResolvedHoliday& holiday, int land, int region);
+
+// True when `land` is exactly one of the sixteen state bits.
+bool isSingleState(int land);
+
+// The date with day number `day` (KZDate has no constructor for it).
+inline KZDate dateOfDay(std::uint32_t day)
+{
+    constexpr std::uint32_t kJan1st1901 = 2415386;
+    return KZDate(day - kJan1st1901, 0);
+}
+
+} // namespace holidaylaw
+} // namespace KZBasicServices
+
+#endif // KZ_HOLIDAY_LAW_TABLE_H

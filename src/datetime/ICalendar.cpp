@@ -1,0 +1,204 @@
+// Holidays as an iCalendar file: one all-day event per holiday.
+#include "KZICalendar.h"
+
+#include "CrossPlatformApi.h"
+
+#include <cstdint>
+#include <cstdio>
+
+using namespace KZBasicServices;
+
+namespace {
+
+// Windows-1252 0x80..0x9F; the five bytes the code page leaves open map to
+// the C1 code points of the same number, so every byte converts.
+const std::uint16_t kCp1252High[32] = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
+};
+
+void appendUtf8(std::string& out, unsigned code)
+{
+    if (code < 0x80) {
+        out += static_cast<char>(code);
+    } else if (code < 0x800) {
+        out += static_cast<char>(0xC0 | (code >> 6));
+        out += static_cast<char>(0x80 | (code & 0x3F));
+    } else {
+        out += static_cast<char>(0xE0 | (code >> 12));
+        out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (code & 0x3F));
+    }
+}
+
+std::string utf8FromCp1252(const std::string& text)
+{
+    std::string out;
+    out.reserve(text.size() + text.size() / 4);
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        appendUtf8(out, byte >= 0x80 && byte < 0xA0 ? kCp1252High[byte - 0x80] : byte);
+    }
+    return out;
+}
+
+bool isContinuationByte(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+// The UID depends on the date and the name only: FNV-1a over the name.
+std::string hashOf(const std::string& name)
+{
+    std::uint64_t hash = 14695981039346656037ull;
+    for (const char c : name) {
+        hash ^= static_cast<unsigned char>(c);
+        hash *= 1099511628211ull;
+    }
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
+    return text;
+}
+
+std::string dateValue(unsigned year, unsigned month, unsigned day)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "%04u%02u%02u", year % 10000u, month % 100u, day % 100u);
+    return text;
+}
+
+std::string dateValue(const KZDate& date)
+{
+    unsigned month = 0, day = 0, year = 0;
+    date.Mdy(month, day, year);
+    return dateValue(year, month, day);
+}
+
+// UTC, from days since 1970 (civil-from-days), held within years 1..9999.
+std::string stampValue(std::time_t stamp)
+{
+    const std::int64_t lowest = -62135596800;  // 0001-01-01T00:00:00Z
+    const std::int64_t highest = 253402300799; // 9999-12-31T23:59:59Z
+    std::int64_t t = static_cast<std::int64_t>(stamp);
+    t = t < lowest ? lowest : t > highest ? highest : t;
+    std::int64_t days = t / 86400;
+    std::int64_t secs = t % 86400;
+    if (secs < 0) {
+        secs += 86400;
+        --days;
+    }
+    const std::int64_t z = days + 719468;
+    const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
+    const std::int64_t doe = z - era * 146097;
+    const std::int64_t yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+    const std::int64_t doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+    const std::int64_t mp = (5 * doy + 2) / 153;
+    const std::int64_t day = doy - (153 * mp + 2) / 5 + 1;
+    const std::int64_t month = mp < 10 ? mp + 3 : mp - 9;
+    const std::int64_t year = yoe + era * 400 + (month <= 2 ? 1 : 0);
+    char text[32];
+    std::snprintf(text, sizeof text, "%sT%02d%02d%02dZ",
+                  dateValue(static_cast<unsigned>(year), static_cast<unsigned>(month), static_cast<unsigned>(day)).c_str(),
+                  static_cast<int>(secs / 3600), static_cast<int>(secs / 60 % 60), static_cast<int>(secs % 60));
+    return text;
+}
+
+// "Gesetzlicher Feiertag in ..." with the states' full names and the regions
+// (Windows-1252).
+std::string whereText(const DatedHoliday& holiday)
+{
+    static const Bundeslaender names;
+    std::string text = "Gesetzlicher Feiertag";
+    if ((holiday.states & Alle) == Alle)
+        return text + " in allen Bundesl\xE4ndern";
+    std::string places;
+    const BundesLand* states = Bundeslaender::getBundesLandConstants();
+    for (int i = 0; i < 16; ++i)
+        if (holiday.states & states[i])
+            places += (places.empty() ? "" : ", ") + names.getName(states[i], true);
+    for (const HolidayRegion* region : holiday.regions)
+        if (region)
+            places += (places.empty() ? "" : ", ") + names.getName(region->state, true) + " (" +
+                      (region->description ? region->description : "") + ")";
+    return places.empty() ? text : text + " in " + places;
+}
+
+} // namespace
+
+std::string KZICalendar::escapeText(const std::string& utf8)
+{
+    std::string out;
+    out.reserve(utf8.size());
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const char c = utf8[i];
+        switch (c) {
+        case '\\': out += "\\\\"; break;
+        case ';': out += "\\;"; break;
+        case ',': out += "\\,"; break;
+        case '\n': out += "\\n"; break;
+        case '\r':
+            if (i + 1 < utf8.size() && utf8[i + 1] == '\n')
+                ++i;
+            out += "\\n";
+            break;
+        default:
+            // No other control character may stand in a TEXT value.
+            if ((static_cast<unsigned char>(c) >= 0x20 && c != 0x7F) || c == '\t')
+                out += c;
+        }
+    }
+    return out;
+}
+
+std::string KZICalendar::foldLine(const std::string& line)
+{
+    std::string text;
+    text.reserve(line.size());
+    for (const char c : line)
+        if (c != '\r' && c != '\n')
+            text += c;
+
+    std::string out;
+    std::size_t pos = 0;
+    std::size_t limit = 75;  // octets per physical line; later ones start with a space
+    while (text.size() - pos > limit) {
+        std::size_t cut = pos + limit;
+        for (int back = 0; back < 3 && isContinuationByte(text[cut]); ++back)
+            --cut;
+        if (isContinuationByte(text[cut]))  // not UTF-8 at all: any cut will do
+            cut = pos + limit;
+        out.append(text, pos, cut - pos);
+        out += "\r\n ";
+        pos = cut;
+        limit = 74;
+    }
+    out.append(text, pos, std::string::npos);
+    out += "\r\n";
+    return out;
+}
+
+std::string KZICalendar::write(const std::vector<DatedHoliday>& holidays, const ICalendarOptions& options)
+{
+    const std::string stamp = stampValue(options.stamp ? options.stamp : CrossPlatformApi::now());
+    const std::string domain = escapeText(options.uidDomain);
+    std::string out;
+    out += foldLine("BEGIN:VCALENDAR");
+    out += foldLine("VERSION:2.0");
+    out += foldLine("PRODID:" + escapeText(options.prodId));
+    out += foldLine("CALSCALE:GREGORIAN");
+    for (const DatedHoliday& holiday : holidays) {
+        // A date an iCalendar DATE cannot hold (the null date among them) is left out.
+        const unsigned year = holiday.date.Year();
+        if (holiday.date.Hash() == 0 || year < 1 || year > 9998)
+            continue;
+        const std::string day = dateValue(holiday.date);
+        out += foldLine("BEGIN:VEVENT");
+        out += foldLine("UID:" + day + "-" + hashOf(holiday.name) + "@" + domain);
+        out += foldLine("DTSTAMP:" + stamp);
+        out += foldLine("DTSTART;VALUE=DATE:" + day);
+        out += foldLine("DTEND;VALUE=DATE:" + dateValue(holiday.date + 1));
+        out += foldLine("SUMMARY:" + escapeText(utf8FromCp1252(holiday.name)));
+        out += foldLine("DESCRIPTION:" + escapeText(utf8FromCp1252(whereText(holiday))));
+        out += foldLine("TRANSP:TRANSPARENT");
+        out += foldLine("END:VEVENT");
+    }
+    out += foldLine("END:VCALENDAR");
+    return out;
+}
