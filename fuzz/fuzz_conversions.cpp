@@ -10,6 +10,7 @@
 #include "FuzzSupport.h"
 #include "KZStringFunctions.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
