@@ -24,8 +24,7 @@
 // Long names: a name's text after expansion is bounded as
 // KZFileEnvironment::expandString says (text + 64 KiB + one value). Parsing
 // and the relative, absolute and parameterised forms take time linear in
-// that length, except that each folded "x/.." costs one move of the rest of
-// the directory.
+// that length.
 //
 // Threads: none. asString switches the shared separator character for the
 // length of one call, and parsing reads the shared global environment; use
