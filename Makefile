@@ -55,13 +55,22 @@ bench:
 	@cmake --build $(BENCH_BUILD) -j $(JOBS) >&2
 	@for b in $(BENCH_BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b" $(BENCH_ARGS); done
 
-# Each fuzzer for FUZZ_SECONDS (clang's libFuzzer).
+# Each fuzz target for FUZZ_SECONDS (clang's libFuzzer), with its corpus from
+# fuzz/corpus; see fuzz/run.sh for FUZZ_CPU_SECONDS, FUZZ_JOBS, FUZZ_NICE,
+# FUZZ_FLAGS. FUZZ_TARGETS picks targets by name (default: all).
+# Example: make fuzz FUZZ_SECONDS=600 FUZZ_JOBS=2 FUZZ_NICE=10
 FUZZ_SECONDS ?= 60
+FUZZ_CPU_SECONDS ?= 0
+FUZZ_JOBS ?= 1
+FUZZ_NICE ?= 0
+FUZZ_FLAGS ?=
+FUZZ_TARGETS ?=
 fuzz:
 	@./scripts/deps.sh fuzz
-	@cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++ -DKZBS_BUILD_TESTS=OFF -DKZBS_BUILD_FUZZ=ON >&2
-	@cmake --build $(FUZZ_BUILD) -j $(JOBS) >&2
-	@for f in $(FUZZ_BUILD)/fuzz/fuzz_*; do [ -x "$$f" ] && "$$f" -max_total_time=$(FUZZ_SECONDS) || exit 1; done
+	@cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g -O1" -DCMAKE_CXX_COMPILER=clang++ -DKZBS_BUILD_TESTS=OFF -DKZBS_BUILD_FUZZ=ON >&2
+	@nice -n $(FUZZ_NICE) cmake --build $(FUZZ_BUILD) -j $(JOBS) >&2
+	@FUZZ_SECONDS=$(FUZZ_SECONDS) FUZZ_CPU_SECONDS=$(FUZZ_CPU_SECONDS) FUZZ_JOBS=$(FUZZ_JOBS) \
+	 FUZZ_NICE=$(FUZZ_NICE) FUZZ_FLAGS="$(FUZZ_FLAGS)" ./fuzz/run.sh $(FUZZ_BUILD) $(FUZZ_TARGETS)
 
 install: build
 	cmake --install $(BUILD) $(if $(PREFIX),--prefix $(PREFIX))

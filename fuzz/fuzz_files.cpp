@@ -1,6 +1,14 @@
-// The file-name parser, symbol expansion and the stored-string and header
-// readers on arbitrary bytes.
-#include "KZFileHeader.h"
+// File names on arbitrary bytes: parsing, composing with either separator,
+// relative, absolute and parameterised forms, appending names. The input up
+// to its first NUL is a symbol file for the global environment (so names
+// expand symbols), the next part a base directory, the rest two names.
+// Properties:
+//  - the normalised form has no backslash, and asString leaves the shared
+//    separator as it found it;
+//  - the comparison key is the composed text in upper case with '/';
+//  - folding ".." keeps a relative text relative;
+//  - add() refuses without changing the name, or appends below it.
+#include "FuzzSupport.h"
 #include "KZFileName.h"
 
 #include <cstddef>
@@ -10,54 +18,50 @@
 
 namespace {
 
-class Header : public KZFileHeader {
-public:
-    std::string getFileType() const override { return "KZFUZZ"; }
-};
+bool startsWithSeparator(const std::string& s) { return !s.empty() && KZFileName::isDirSeparator(s[0]); }
 
-// Stored lengths far beyond the input would only pad with zeros; keep them
-// small enough that the fuzzer does not run out of memory.
-bool plausibleLength(const std::string& bytes, std::size_t maxExtra)
+void checkName(const std::string& text, const std::string& other)
 {
-    if (bytes.size() < 4)
-        return true;
-    const std::uint32_t length = static_cast<unsigned char>(bytes[0]) | static_cast<unsigned char>(bytes[1]) << 8 |
-                                 static_cast<unsigned char>(bytes[2]) << 16 |
-                                 static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[3])) << 24;
-    return length <= bytes.size() + maxExtra || length >= 0x80000000u;
+    KZFileName name(text);
+    const std::string composed = name.compose();
+    FUZZ_CHECK(name.normalizedString().find('\\') == std::string::npos);
+    name.asString('\\');
+    FUZZ_CHECK(KZFileName::sm_dirSeparatorChar == '/');
+    std::string key = name.normalizedString();
+    for (char& c : key)
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - 'a' + 'A');
+    FUZZ_CHECK(KZFileName::getNormalizedString(composed) == key);
+    name.asRelPathString();
+    name.asParmeterisedString("A");
+    name.isValid();
+    name.isDriveRelPath();
+
+    KZFileName copy(name);
+    const KZFileName appended(other);
+    if (!copy.add(appended))
+        FUZZ_CHECK(copy.compose() == composed);
+    copy.makeAbsPath(true);
+    copy.makeRelPath();
+
+    std::string path = text;
+    KZFileName::removeRedundantDirSeperators(path);
+    FUZZ_CHECK(startsWithSeparator(text) || !startsWithSeparator(path));
+    KZFileName::getLeftDir(text, text.size() / 2);
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
-
-    // The first half is a symbol table, the whole input a name.
+    FuzzInput input(data, size);
     KZFileName::GlobalFileEnvironment = KZFileEnvironment();
-    std::istringstream symbols(bytes.substr(0, size / 2));
+    std::istringstream symbols(input.untilNul());
     KZFileName::GlobalFileEnvironment.readSymbolsFromFile(symbols);
-    KZFileName name(bytes);
-    name.compose();
-    name.asString('\\');
-    name.normalizedString();
-    name.asRelPathString();
-    name.asParmeterisedString("A");
-    KZFileName copy(name);
-    copy.add(KZFileName(bytes.substr(size / 2)));
-    copy.makeAbsPath(true);
-    KZFileName::GlobalFileEnvironment.symbolsAsString();
-
-    if (plausibleLength(bytes, 1 << 16)) {
-        std::istringstream in(bytes);
-        std::string s;
-        readString(s, in);
-        std::istringstream again(bytes);
-        readStringFromStream(again, s, size > 0 ? data[0] * 97u : 0u);
-    }
-    std::istringstream header(bytes);
-    Header h;
-    h.read(header);
-    versionStringToWord(bytes);
+    KZFileName::GlobalFileEnvironment.setBaseDir(input.untilNul());
+    const std::string text = input.untilNul();
+    const std::string other = input.rest();
+    checkName(text, other);
+    checkName(other, text);
     return 0;
 }

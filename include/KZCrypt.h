@@ -262,10 +262,20 @@ public:
     // min(bufferSize, cryptedSize) bytes). false on another tag (only 4 bytes
     // are read; the object stays empty) and on a stream that ends early: then
     // the sizes stay and the buffer holds cryptedSize bytes, those that
-    // arrived followed by zeros - unless more than 64 MiB are missing, which
-    // leaves the object empty rather than spend memory on a damaged claim.
-    // Memory otherwise grows with the bytes the stream actually delivers.
+    // arrived followed by zeros - unless more than kDefaultMaxMissing (64 MiB)
+    // are missing, which leaves the object empty rather than spend memory on
+    // a damaged claim. Memory otherwise grows with the bytes the stream
+    // actually delivers.
     bool readEncrypted(std::istream& in);
+    // The same with a caller's bound on the bytes a stream may claim without
+    // delivering them: a short stream missing more than maxMissing bytes
+    // leaves the object empty. So the memory one call takes is at most about
+    // twice the bytes that arrive plus max(maxMissing, 4 KiB), whatever the
+    // stream claims. A reader of untrusted data that knows its streams are
+    // small passes a small bound (the fuzz target uses 64 KiB); 0 accepts
+    // only complete streams' buffers.
+    static constexpr std::uint32_t kDefaultMaxMissing = 64u << 20;
+    bool readEncrypted(std::istream& in, std::uint32_t maxMissing);
     // Writes the buffer as it stands (encode first). false if the stream
     // fails, or, writing nothing, if setSize claimed more bytes than are held.
     bool writeEncrypted(std::ostream& out) const;

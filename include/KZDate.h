@@ -140,13 +140,19 @@ public:
     // "1/15/2010 " (numbers are month, day). A character must follow the year.
     // On failure the date is null and the stream's bad bit is set; a stream
     // that ends before the second field leaves the null date without error.
+    // Bounds: a month name is at most 10 letters (the rest of a longer word
+    // stays in the stream), numbers are read by the stream's unsigned
+    // extraction (too many digits fail it), and nothing is allocated; the
+    // time is linear in the characters read.
     void ParseFrom(std::istream& in);
     // Reads a date by a pattern of d/D (day), m/M (month) and y/Y (year) runs;
     // every other pattern character skips one text character unseen. Day and
     // month take up to two digits; a year field takes 4 characters when the
     // text starts with more than two digits, else 2. nullptr pattern means
     // ShortDateFmt; nullptr text gives the null date. Fields are never read
-    // past the end of the text. On failure the date is null.
+    // past the end of the text, and at most 2 digits of a day or month and 4
+    // characters of a year are converted, however long the field's digits
+    // or pattern run; nothing is allocated. On failure the date is null.
     void ParseFrom(const char* text, const char* pattern);
 
 private:

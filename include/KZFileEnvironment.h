@@ -68,7 +68,9 @@ public:
     // others, would expand for ever; to keep such a table from hanging the
     // application, expansion stops after kMaxExpansions substitutions, or once
     // the text has grown by more than kMaxGrowth bytes, and leaves the rest
-    // as it stands.
+    // as it stands. So the result is at most the text's length + kMaxGrowth +
+    // the longest value, and one call takes time in proportion to the text
+    // and the values it inserts, whatever the table holds.
     std::string expandString(const std::string& text) const;
 
     // Reads white-space separated tokens. "NAME=VALUE" (split at the first '=')

@@ -7,6 +7,12 @@
 // Nothing here throws on purpose; the one exception that can escape is the
 // standard out-of-memory exception when a damaged stored length asks for more
 // memory than the system gives (see readString).
+// Bounds on damaged or hostile streams: readStringFromStream takes at most
+// maxLen bytes of memory and stream; readString takes what the stored length
+// says, up to 2 GiB - 1 (a larger length reads as negative and is refused),
+// so a reader of untrusted files uses readStringFromStream with a maxLen it
+// can afford. KZFileHeader::read reads at most 127 + 1 + 5 bytes and keeps a
+// 128-byte buffer.
 // Threads: no shared state; one object or stream is used by one thread at a time.
 #ifndef KZ_FILE_HEADER_H
 #define KZ_FILE_HEADER_H

@@ -21,6 +21,11 @@
 // text before the first ':' is the drive, a single leading backslash already
 // makes a UNC prefix, and ".." folding works on the plain text "/..".
 //
+// Long names: a name's text after expansion is bounded as
+// KZFileEnvironment::expandString says (text + 64 KiB + one value). Parsing
+// and the relative, absolute and parameterised forms take time linear in
+// that length.
+//
 // Threads: none. asString switches the shared separator character for the
 // length of one call, and parsing reads the shared global environment; use
 // both from one thread at a time.

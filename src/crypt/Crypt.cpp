@@ -69,12 +69,14 @@ std::streamoff bytesLeft(std::istream& in)
 
 // Reads up to `size` bytes into a new block; `have` tells how many arrived.
 // The block grows with the bytes delivered, so a stream claiming gigabytes it
-// does not have costs at most twice what it has.
-std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size, std::uint32_t& have)
+// does not have costs at most twice what it has, plus the first chunk of a
+// stream that cannot tell its length (no more than `firstChunk`).
+std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size, std::uint32_t firstChunk,
+                                  std::uint32_t& have)
 {
     const std::streamoff left = bytesLeft(in);
     std::uint32_t capacity = left >= 0 ? static_cast<std::uint32_t>(std::min<std::streamoff>(size, left))
-                                       : std::min(size, kFirstReadChunk);
+                                       : std::min(size, firstChunk);
     std::unique_ptr<char[]> block(new char[capacity]);
     have = 0;
     for (;;) {
@@ -91,10 +93,9 @@ std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size, std::uin
     }
 }
 
-// A short stream keeps its claimed sizes and a buffer of cryptedSize bytes
-// holding what arrived, zero-filled, unless the claim exceeds what arrived by
-// more than this: then the stream is too damaged to be worth the memory.
-constexpr std::uint32_t kMaxShortfall = 64u << 20;
+// The first chunk for a stream of unknown length also stays within the
+// caller's bound on missing bytes, but not below this.
+constexpr std::uint32_t kSmallestReadChunk = 4096;
 
 } // namespace
 
@@ -230,7 +231,12 @@ bool KZCrypt::writeEncrypted(std::ostream& out) const
     return !out.fail();
 }
 
-bool KZCrypt::readEncrypted(std::istream& in)
+bool KZCrypt::readEncrypted(std::istream& in) { return readEncrypted(in, kDefaultMaxMissing); }
+
+// A short stream keeps its claimed sizes and a buffer of cryptedSize bytes
+// holding what arrived, zero-filled, unless the claim exceeds what arrived by
+// more than maxMissing: then the stream is too damaged to be worth the memory.
+bool KZCrypt::readEncrypted(std::istream& in, std::uint32_t maxMissing)
 {
     clearBuffer();
     char expected[4], tag[4];
@@ -242,12 +248,13 @@ bool KZCrypt::readEncrypted(std::istream& in)
     m_bufferSize = getLittleEndian(sizes);
     m_cryptedSize = getLittleEndian(sizes + 4);
     std::uint32_t have = 0;
-    std::unique_ptr<char[]> block = in ? readBlock(in, m_cryptedSize, have) : nullptr;
+    const std::uint32_t firstChunk = std::min(kFirstReadChunk, std::max(maxMissing, kSmallestReadChunk));
+    std::unique_ptr<char[]> block = in ? readBlock(in, m_cryptedSize, firstChunk, have) : nullptr;
     if (have == m_cryptedSize && block) {
         takeBuffer(block.release(), m_cryptedSize);
         return !in.fail();
     }
-    if (m_cryptedSize - have > kMaxShortfall) {
+    if (m_cryptedSize - have > maxMissing) {
         clearBuffer();
         return false;
     }

@@ -221,15 +221,30 @@ void KZFileName::removeRedundantPathElements(std::string& s)
 {
     const std::size_t parentLength = 3; // "/.."
     const bool relative = !s.empty() && !isSeparator(s[0]);
-    std::size_t searchStart = 0;
-    std::size_t found = findParentReference(s, searchStart);
-    while (found != std::string::npos) {
-        const std::string left = getLeftDir(s, found);
-        if (left.empty())
-            searchStart = found + parentLength;
-        else
-            s.erase(found - left.size(), left.size() + parentLength);
-        found = findParentReference(s, searchStart);
+    if (findParentReference(s, 0) != std::string::npos) {
+        // The text is rebuilt from left to right: each "/.." is looked at when
+        // its last character arrives, and a fold cuts the rebuilt text back to
+        // where the folded element began, so that the text after it need not
+        // move (folding in place moved it once per fold). A "/.." whose
+        // element is never cancelled stays, and the search goes on behind it.
+        std::string folded;
+        folded.reserve(s.size());
+        std::size_t searchStart = 0;
+        for (const char c : s) {
+            folded += c;
+            const std::size_t size = folded.size();
+            if (size < parentLength || folded.compare(size - parentLength, parentLength, "/..") != 0)
+                continue;
+            const std::size_t found = size - parentLength;
+            if (found < searchStart)
+                continue;
+            const std::string left = getLeftDir(folded, found);
+            if (left.empty())
+                searchStart = size;
+            else
+                folded.resize(found - left.size());
+        }
+        s.swap(folded);
     }
     if (relative && !s.empty() && isSeparator(s[0]))
         s.erase(0, 1);

@@ -10,12 +10,12 @@
 
 namespace {
 
-// The first element of s, up to and including its first separator; all of s
-// when it has none.
-std::string getNextSubDir(const std::string& s)
+// The element of s at `from`, up to and including the next separator; the
+// rest of s when there is none.
+std::string getNextSubDir(const std::string& s, std::size_t from)
 {
-    const std::size_t separator = s.find_first_of(KZFileName::sm_dirSeparators);
-    return separator == std::string::npos ? s : s.substr(0, separator + 1);
+    const std::size_t separator = s.find_first_of(KZFileName::sm_dirSeparators, from);
+    return separator == std::string::npos ? s.substr(from) : s.substr(from, separator + 1 - from);
 }
 
 std::size_t countSeparators(const std::string& s)
@@ -39,15 +39,20 @@ bool KZFileName::makeRelPath()
 
     std::string full = compose();
     std::string basePath = base.getFullPath();
+    // Skip the common elements by offset: erasing each from the front made
+    // long names quadratic.
+    std::size_t fullAt = 0, baseAt = 0;
     for (;;) {
-        const std::string element = getNextSubDir(full);
-        const std::string baseElement = getNextSubDir(basePath);
+        const std::string element = getNextSubDir(full, fullAt);
+        const std::string baseElement = getNextSubDir(basePath, baseAt);
         const std::string key = getNormalizedString(element);
         if (key.empty() || key != getNormalizedString(baseElement))
             break;
-        full.erase(0, element.size());
-        basePath.erase(0, baseElement.size());
+        fullAt += element.size();
+        baseAt += baseElement.size();
     }
+    full.erase(0, fullAt);
+    basePath.erase(0, baseAt);
 
     std::string relative;
     for (std::size_t level = countSeparators(basePath); level > 0; --level) {

@@ -180,6 +180,35 @@ TEST(CryptStream, OddStreamsKeepTheirSizesAndDamagedClaimsAreDropped)
     EXPECT_EQ(other.tellg(), 4);
 }
 
+TEST(CryptStream, CallersBoundWhatAShortStreamMayClaim)
+{
+    // 100 bytes arrive of the 100 + missing claimed.
+    const auto claiming = [](std::uint32_t missing) {
+        return "RCBC" + le32(100 + missing) + le32(100 + missing) + std::string(100, 'x');
+    };
+    struct Case { std::uint32_t bound, missing; bool holdsBuffer; } const cases[] = {
+        {4096, 4096, true}, {4096, 4097, false}, {0, 1, false},
+        {KZCrypt::kDefaultMaxMissing, KZCrypt::kDefaultMaxMissing + 1, false},
+    };
+    for (const Case& c : cases)
+        for (bool seekable : {true, false}) {
+            const std::string bytes = claiming(c.missing);
+            KZCryptRijndael reader("k", KZCrypt::Key128, false);
+            std::istringstream seekable_in(bytes);
+            PipeBuf pipe(bytes);
+            std::istream piped(&pipe);
+            EXPECT_FALSE(reader.readEncrypted(seekable ? static_cast<std::istream&>(seekable_in) : piped, c.bound));
+            EXPECT_EQ(reader.getBuffer() != nullptr, c.holdsBuffer) << c.bound << " " << c.missing;
+            EXPECT_EQ(reader.getCryptedSize(), c.holdsBuffer ? 100 + c.missing : 0u) << c.bound;
+        }
+
+    // A complete stream is read whatever the bound.
+    std::istringstream in(encrypted("k", "twenty bytes of text"));
+    KZCryptRijndael reader("k", KZCrypt::Key128, false);
+    EXPECT_TRUE(reader.readEncrypted(in, 0));
+    EXPECT_EQ(reader.getCryptedSize(), 32u);
+}
+
 TEST(CryptStream, SizesClaimedBeyondTheHeldBytesAreNotUsed)
 {
     KZCryptRijndael crypt("k", KZCrypt::Key128, false);

@@ -1,11 +1,10 @@
 // KZRegExp: compilation status, escapes, and find's offsets and lengths,
 // checked by table and against an independent reference matcher.
 #include "KZRegExp.h"
+#include "ReferenceRegExp.h"
 
 #include <gtest/gtest.h>
 
-#include <bitset>
-#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -98,103 +97,11 @@ TEST(RegExpFind, OffsetsAndLengths)
     }
 }
 
-// --- differential test against a reference matcher -------------------------
+// --- differential test against the reference matcher (tests/support) ------
 
 namespace {
 
-// An independent reading of the same language: elements with an optional
-// closure, matched by index recursion.
-struct RefElement {
-    enum Kind { Literal, Any, Class, Bol, Eol } kind = Literal;
-    char literal = 0, closure = 0;
-    std::bitset<128> members;
-
-    bool consumes(const std::string& text, std::size_t pos) const
-    {
-        if (pos >= text.size())
-            return false;
-        return kind == Literal ? text[pos] == literal
-             : kind == Any     ? text[pos] != '\n'
-             : kind == Class   && members[static_cast<unsigned char>(text[pos]) & 0x7F];
-    }
-};
-
-std::vector<RefElement> refParse(const std::string& p)
-{
-    std::vector<RefElement> elements;
-    for (std::size_t i = 0; i < p.size(); ++i) {
-        const char c = p[i];
-        RefElement e;
-        if (c == '*' || c == '+' || c == '?') {
-            elements.back().closure = c;
-            continue;
-        }
-        if (c == '^' && i == 0) {
-            e.kind = RefElement::Bol;
-        } else if (c == '$' && i + 1 == p.size()) {
-            e.kind = RefElement::Eol;
-        } else if (c == '.') {
-            e.kind = RefElement::Any;
-        } else if (c == '[') {
-            e.kind = RefElement::Class;
-            std::size_t j = i + 1;
-            const bool negate = j < p.size() && p[j] == '^';
-            j += negate;
-            for (; j < p.size() && p[j] != ']'; ++j) {
-                if (p[j] == '-' && j > i + 1 + negate && j + 1 < p.size()) {
-                    // the character before the '-' is in already ("c-a" is b and c)
-                    for (int m = std::min(p[j - 1], p[j + 1]) + 1; m <= std::max(p[j - 1], p[j + 1]); ++m)
-                        e.members.set(static_cast<std::size_t>(m));
-                    ++j;
-                } else {
-                    e.members.set(static_cast<unsigned char>(p[j]) & 0x7F);
-                }
-            }
-            if (negate)
-                e.members.flip();
-            i = j;
-        } else {
-            e.literal = c;
-        }
-        elements.push_back(e);
-    }
-    return elements;
-}
-
-std::optional<std::size_t> refMatch(const std::vector<RefElement>& es, std::size_t index,
-                                    const std::string& text, std::size_t pos, std::size_t start)
-{
-    if (index == es.size())
-        return pos;
-    const RefElement& e = es[index];
-    if (e.kind == RefElement::Bol || e.kind == RefElement::Eol) {
-        const bool at = e.kind == RefElement::Bol ? pos == start : pos == text.size() || text[pos] == '\n';
-        return at ? refMatch(es, index + 1, text, pos, start) : std::nullopt;
-    }
-    if (e.closure == '?')
-        return refMatch(es, index + 1, text, pos + e.consumes(text, pos), start);
-    std::size_t most = 0;
-    while (e.consumes(text, pos + most) && (e.closure || most == 0))
-        ++most;
-    for (std::size_t n = most + 1; n-- > (e.closure == '*' ? 0u : 1u);)
-        if (auto end = refMatch(es, index + 1, text, pos + n, start))
-            return end;
-    return std::nullopt;
-}
-
-Found refFind(const std::string& pattern, const std::string& text, std::size_t start)
-{
-    const std::vector<RefElement> es = refParse(pattern);
-    if (start >= text.size()) {
-        const bool anchorsOnly = es[0].kind == RefElement::Eol ||
-            (es[0].kind == RefElement::Bol && (es.size() == 1 || (es.size() == 2 && es[1].kind == RefElement::Eol)));
-        return start == text.size() && anchorsOnly ? Found{static_cast<int>(start), 1} : Found{-1, 0};
-    }
-    for (std::size_t at = start; at < text.size(); ++at)
-        if (auto end = refMatch(es, 0, text, at, start))
-            return {static_cast<int>(at), *end == start ? 1 : *end - at};
-    return {-1, 0};
-}
+using refregexp::refFind;
 
 std::string randomPattern(std::mt19937& rng)
 {
