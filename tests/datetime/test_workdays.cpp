@@ -2,6 +2,7 @@
 // estimating step cross-checked against a plain day-by-day walk over
 // random periods (fixed seed), for every state, both weeks and both rule sets.
 #include "KZWorkdays.h"
+#include "ReferenceWorkdays.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,8 @@
 #include <string>
 
 using namespace KZBasicServices;
+using kzbs_test::referenceCount;
+using kzbs_test::referenceWorkday;
 
 namespace {
 
@@ -29,25 +32,6 @@ std::string describe(const WorkdayCalendar& c)
 {
     return "land " + std::to_string(c.land) + " region '" + c.region + "' " + (c.classic ? "classic" : "law") +
            " week " + std::to_string(c.daysPerWeek) + (c.christmasAndNewYearsEveOff ? " eves off" : "");
-}
-
-// The reference: one day at a time through the holiday queries.
-bool referenceWorkday(const KZDate& d, const WorkdayCalendar& c)
-{
-    if (static_cast<int>(d.WeekDay()) > c.daysPerWeek)
-        return false;
-    if (c.christmasAndNewYearsEveOff && d.Month() == 12 && (d.DayOfMonth() == 24 || d.DayOfMonth() == 31))
-        return false;
-    return c.classic ? KZCalendar::isPublicHoliday(d, c.land) != 0
-                     : KZHolidayLaw::isPublicHoliday(d, c.land, c.region) != 0;
-}
-
-long referenceCount(const KZDate& from, const KZDate& to, const WorkdayCalendar& c)
-{
-    long n = 0;
-    for (KZDate d = from; d.Hash() <= to.Hash(); d = d + 1)
-        n += referenceWorkday(d, c) ? 1 : 0;
-    return n;
 }
 
 KZDate referenceAdvance(const KZDate& date, long n, const WorkdayCalendar& c)
