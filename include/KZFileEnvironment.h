@@ -60,6 +60,13 @@ public:
     std::string getSymbol(const std::string& name) const;
     const SymbolTable& getSymbols() const { return m_symbols; }
 
+    // The growth bound of expandString for this environment: kMaxGrowth
+    // unless lowered. A caller who reads symbol tables it does not trust (or
+    // a fuzzer, which meets self-referring tables all the time) can bound the
+    // cost of every name lower; a copy keeps the bound.
+    void setMaxGrowth(std::size_t bytes) { m_maxGrowth = bytes < kMaxGrowth ? bytes : kMaxGrowth; }
+    std::size_t maxGrowth() const { return m_maxGrowth; }
+
     // Replaces every "<NAME>" by the symbol's value; unknown names become
     // nothing, an unclosed '<' and what follows stay. Scanning resumes at the
     // start of each inserted value, so values may refer to other symbols:
@@ -67,8 +74,8 @@ public:
     // "C:/Prog/Data/x.dat". A symbol that refers to itself, directly or through
     // others, would expand for ever; to keep such a table from hanging the
     // application, expansion stops after kMaxExpansions substitutions, or once
-    // the text has grown by more than kMaxGrowth bytes, and leaves the rest
-    // as it stands. So the result is at most the text's length + kMaxGrowth +
+    // the text has grown by more than maxGrowth() bytes, and leaves the rest
+    // as it stands. So the result is at most the text's length + maxGrowth() +
     // the longest value, and one call takes time in proportion to the text
     // and the values it inserts, whatever the table holds.
     std::string expandString(const std::string& text) const;
@@ -98,6 +105,7 @@ private:
 
     KZFileName m_baseDir;
     SymbolTable m_symbols;
+    std::size_t m_maxGrowth = kMaxGrowth;
 };
 
 #endif // KZ_FILE_ENVIRONMENT_H

@@ -85,7 +85,7 @@ std::string KZFileEnvironment::expandString(const std::string& text) const
     // goes back.
     std::string done = text.substr(0, first);
     PendingText pending(text, first);   // starts with the open character
-    const std::size_t maxLength = text.size() + kMaxGrowth;
+    const std::size_t maxLength = text.size() + m_maxGrowth;
     std::string name;   // reused: a hostile table may ask for many substitutions
     for (unsigned expansions = 0; expansions < kMaxExpansions; ++expansions) {
         if (done.size() + pending.size() > maxLength)

@@ -45,6 +45,17 @@ TEST_F(Symbols, CyclicSymbolsStopInsteadOfHanging)
     EXPECT_EQ(KZFileName("<PING>/x").getName(), "x");
 }
 
+TEST_F(Symbols, ALoweredGrowthBoundHoldsAndCannotBeRaised)
+{
+    read("WIDE=<WIDE><WIDE><WIDE><WIDE><WIDE><WIDE><WIDE><WIDE>");
+    KZFileEnvironment lowered = env();
+    lowered.setMaxGrowth(256);
+    EXPECT_LE(lowered.expandString("<WIDE>").size(), 256u + 100);
+    EXPECT_GT(env().expandString("<WIDE>").size(), 60000u) << "the default stays for everybody else";
+    lowered.setMaxGrowth(1u << 30);
+    EXPECT_EQ(lowered.maxGrowth(), KZFileEnvironment::kMaxGrowth);
+}
+
 TEST_F(Symbols, SymbolFileTokens)
 {
     read("SYS_BASEDIR=C:\\Prog DATA=<SYS_BASEDIR>Data\nPLAIN =x N= K=a=b DATA=<SYS_BASEDIR>Data2\t");
