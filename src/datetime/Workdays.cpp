@@ -66,6 +66,13 @@ KZWorkdays::Status checkDay(Day day, const Rules& rules)
     return KZWorkdays::Ok;
 }
 
+// The rules of a calendar, for a question about one day.
+KZWorkdays::Status prepareForDay(const WorkdayCalendar& calendar, Day day, Rules& rules)
+{
+    const KZWorkdays::Status status = prepare(calendar, rules);
+    return status == KZWorkdays::Ok ? checkDay(day, rules) : status;
+}
+
 // The free days of one year that fall on working weekdays: holidays of the
 // rule set and, when asked, 24 and 31 December; sorted, each date once.
 class FreeDays {
@@ -212,9 +219,7 @@ KZWorkdays::Status KZWorkdays::isWorkday(const KZDate& date, const WorkdayCalend
 {
     result = false;
     Rules rules;
-    Status status = prepare(calendar, rules);
-    if (status == Ok)
-        status = checkDay(date.Hash(), rules);
+    const Status status = prepareForDay(calendar, date.Hash(), rules);
     if (status != Ok)
         return status;
     FreeDays free(rules);
@@ -247,9 +252,7 @@ KZWorkdays::Status KZWorkdays::advance(const KZDate& date, long n, const Workday
 {
     result = nullDate();
     Rules rules;
-    Status status = prepare(calendar, rules);
-    if (status == Ok)
-        status = checkDay(date.Hash(), rules);
+    const Status status = prepareForDay(calendar, date.Hash(), rules);
     if (status != Ok)
         return status;
     FreeDays free(rules);
