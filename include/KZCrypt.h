@@ -272,7 +272,7 @@ public:
     // leaves the object empty. So the memory one call takes is at most about
     // twice the bytes that arrive plus max(maxMissing, 4 KiB), whatever the
     // stream claims. A reader of untrusted data that knows its streams are
-    // small passes a small bound (the fuzz target uses 64 KiB); 0 accepts
+    // small passes a small bound (the fuzz target uses 4 KiB); 0 accepts
     // only complete streams' buffers.
     static constexpr std::uint32_t kDefaultMaxMissing = 64u << 20;
     bool readEncrypted(std::istream& in, std::uint32_t maxMissing);
