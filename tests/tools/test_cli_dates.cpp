@@ -137,16 +137,9 @@ TEST(CliHolidays, LawByStateYearAndRegion)
 {
     const struct { std::vector<std::string> args; const char* line; bool listed; } cases[] = {
         {{"holidays", "2024", "--state", "HE"}, "2024-05-30  Donnerstag  Fronleichnam ", true},
-        {{"holidays", "2024", "--state", "ST"}, "Fronleichnam", false},
         {{"holidays", "2019", "--state", "BE"}, "2019-03-08  Freitag     Internationaler Frauentag  BE\n", true},
-        {{"holidays", "2018", "--state", "BE"}, "Frauentag", false},
-        {{"holidays", "2023", "--state", "MV"}, "Internationaler Frauentag  BE MV\n", true},
-        {{"holidays", "2019", "--state", "TH"}, "Weltkindertag", true},
         {{"holidays", "2018", "--state", "HB"}, "Reformationstag            BB HB HH MV NI SN ST SH TH\n", true},
         {{"holidays", "2017", "--state", "BY"}, "2017-10-31  Dienstag    Reformationstag            alle\n", true},
-        {{"holidays", "2016", "--state", "HB"}, "Reformationstag", false},
-        {{"holidays", "1994", "--state", "BY"}, "Bu\xC3\x9F- und Bettag", true},
-        {{"holidays", "1995", "--state", "BY"}, "Bu\xC3\x9F- und Bettag", false},
         {{"holidays", "2020-05-08", "2020-05-08"}, "Tag der Befreiung          BE\n", true},
         {{"holidays", "2024"}, "Fronleichnam                   BW BY HE NW RP SL, SN-BZ, TH-EIC TH-UH TH-WAK\n", true},
         {{"holidays", "2024"}, "Mari\xC3\xA4 Himmelfahrt              SL, BY-A BY-KATH\n", true},
@@ -213,8 +206,6 @@ TEST(CliIsHoliday, LawRegionsAndYears)
         {{"is-holiday", "2024-08-08", "--state", "BY"}, 1, "Augsburger Hohes Friedensfest (BY-A)\nnot a public holiday in BY\n"},
         {{"is-holiday", "2024-08-08"}, 0, "Friedensfest"},   // without a state: anywhere
         {{"is-holiday", "2019-03-08", "--state", "BE"}, 0, "Internationaler Frauentag (BE)"},
-        {{"is-holiday", "2018-03-08", "--state", "Berlin"}, 1, "no public holiday"},
-        {{"is-holiday", "2017-10-31", "--state", "BY"}, 0, "Reformationstag (alle)"},
         {{"is-holiday", "2024-05-30", "--state", "ST"}, 1, "not a public holiday in ST"},
         {{"is-holiday", "2024-05-30", "--state", "ST", "--classic"}, 0, "a public holiday in ST"},
         {{"is-holiday", "3.10.1989", "--state", "BY", "--classic"}, 0, "Tag der Deutschen Einheit (alle)"},
