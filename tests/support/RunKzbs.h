@@ -6,6 +6,9 @@
 
 #include "TempFolder.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <sys/wait.h>
@@ -48,6 +51,17 @@ inline CliResult runKzbs(const std::vector<std::string>& args, const std::string
     result.out = readFile(base + "/out");
     result.err = readFile(base + "/err");
     return result;
+}
+
+// kzbs refused bad input as it should: exit status 2, nothing on stdout, and
+// one line "kzbs: ..." on stderr that names `message`.
+inline void expectRefusal(const CliResult& r, const std::string& message)
+{
+    EXPECT_EQ(r.status, 2) << message;
+    EXPECT_EQ(r.out, "") << message;
+    EXPECT_EQ(r.err.rfind("kzbs: ", 0), 0u) << r.err;
+    EXPECT_NE(r.err.find(message), std::string::npos) << r.err;
+    EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
 }
 
 } // namespace kzbs_test
