@@ -2,6 +2,7 @@
 #include "KZICalendar.h"
 
 #include "CrossPlatformApi.h"
+#include "../platform/Cp1252.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -9,13 +10,6 @@
 using namespace KZBasicServices;
 
 namespace {
-
-// Windows-1252 0x80..0x9F; the five bytes the code page leaves open map to
-// the C1 code points of the same number, so every byte converts.
-const std::uint16_t kCp1252High[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
-};
 
 void appendUtf8(std::string& out, unsigned code)
 {
@@ -37,7 +31,7 @@ std::string utf8FromCp1252(const std::string& text)
     out.reserve(text.size() + text.size() / 4);
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        appendUtf8(out, byte >= 0x80 && byte < 0xA0 ? kCp1252High[byte - 0x80] : byte);
+        appendUtf8(out, cp1252ToUnicode(byte));
     }
     return out;
 }
