@@ -41,7 +41,7 @@ inline Match matchOne(const char** pos, const unsigned char* token, const char* 
 {
     switch (*token) {
     case EOL:
-        return **pos == '\n' || **pos == '\0' ? MatchedEmpty : NoMatch;
+        return AtEndOfLine{}(**pos) ? MatchedEmpty : NoMatch;
     case BOL:
         return *pos == start ? MatchedEmpty : NoMatch;
     default:

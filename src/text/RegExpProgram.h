@@ -75,8 +75,8 @@ inline std::size_t literalRunLength(const unsigned char* pat)
 //   operator()(c)     whether the token takes the character c;
 //   firstIn(at, end)  the first position in [at, end) holding a character it
 //                     takes, else end (*end is the text's terminating NUL).
-// No token takes that NUL. Anchors take nothing: they match between
-// characters (see matchOne in RegExpMatch.cpp).
+// No token takes that NUL. The anchors take nothing: they match between
+// characters, '^' at the search start and '$' at the end of a line.
 
 struct TakesNothing {
     bool operator()(char) const { return false; }
@@ -125,6 +125,17 @@ struct TakesClassButNul {
         while (!inClass(bitmap, static_cast<unsigned char>(*at)))
             ++at;
         return at < end ? at : end;
+    }
+};
+
+// '$' takes nothing either; it matches where the character is a newline or
+// the text's NUL.
+struct AtEndOfLine {
+    bool operator()(char c) const { return c == '\n' || c == '\0'; }
+    const char* firstIn(const char* at, const char* end) const
+    {
+        const void* hit = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
+        return hit ? static_cast<const char*>(hit) : end;
     }
 };
 
@@ -178,20 +189,11 @@ inline const char* runBegin(const char* from, const char* str, const unsigned ch
 
 // --- What an attempt needs at its first position ------------------------------
 
-// Any character, even the NUL: the first token may match empty.
-struct TakesEverything {
+// Any position will do: the first token may match empty, or it is '^',
+// which the position alone decides.
+struct AnyPosition {
     bool operator()(char) const { return true; }
     const char* firstIn(const char* at, const char*) const { return at; }
-};
-
-// The end of a line, where '$' matches.
-struct AtEndOfLine {
-    bool operator()(char c) const { return c == '\n' || c == '\0'; }
-    const char* firstIn(const char* at, const char* end) const
-    {
-        const void* hit = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
-        return hit ? static_cast<const char*>(hit) : end;
-    }
 };
 
 // Calls f with a test of the character at a position where an attempt of the
@@ -206,12 +208,12 @@ decltype(auto) withFirstRule(const unsigned char* pat, F&& f)
     case CLOSURE:
     case OPT:
     case BOL:
-        return f(TakesEverything{});
+        return f(AnyPosition{});
     case EOL:
         return f(AtEndOfLine{});
     case PCLOSURE:
         if (pat[1] == BOL) // only a stray byte puts an anchor behind a closure
-            return f(TakesEverything{});
+            return f(AnyPosition{});
         if (pat[1] == EOL)
             return f(AtEndOfLine{});
         return withRule(pat + 1, f);
