@@ -14,15 +14,18 @@ bool PublicHolidayInfoListSorter::operator()(const PublicHolidayInfo& a, const P
 
 namespace {
 
-// The days from 1 January 138 to 31 December 9999. For a date among them,
+// The days from 1 January 138 to 31 December 4099. For a date among them,
 // date.Year() is its true year, above the two-digit rule, and every row's
-// date in that year is a true date of the same year (no day number wraps):
-// so a row falls on the date exactly when its day and month match, or its
-// offset from Easter does. Other dates (the years up to 137, which a row
-// reads as 19xx; the null date; day numbers past 9999) ask each row for its
-// date as it always did.
+// date in that year is a true date of the same year: so a row falls on the
+// date exactly when its day and month match, or its offset from Easter does.
+// Other dates (the years up to 137, which a row reads as 19xx; the null
+// date; the years after 4099) ask each row for its date as they always did.
 constexpr std::uint32_t kFirstPlainDay = 1771464;  // KZDate(1, 1, 138)
-constexpr std::uint32_t kLastPlainDay = 5373484;   // KZDate(31, 12, 9999)
+constexpr std::uint32_t kLastPlainDay = 3218554;   // KZDate(31, 12, 4099)
+
+// KZCalendar::easter gives 22 March .. 26 April in these years (Julian
+// dates included): days 21..56 counted from 1 March.
+constexpr int kEarliestEaster = 21, kLatestEaster = 56;
 
 // What the rows are compared with, worked out once per question.
 struct PlainDay {
@@ -38,12 +41,25 @@ struct PlainDay {
         year = static_cast<int>(y);
     }
 
+    // False when Easter plus `offset` cannot be this date, so most dates
+    // need no Easter; January and February are not sorted out.
+    bool mayBeEasterPlus(int offset) const
+    {
+        if (month < 3)
+            return true;
+        const std::int64_t sinceMarch1st = (153 * (month - 3) + 2) / 5 + day - 1;
+        const std::int64_t easterSinceMarch1st = sinceMarch1st - offset;
+        return kEarliestEaster <= easterSinceMarch1st && easterSinceMarch1st <= kLatestEaster;
+    }
+
     bool fallsOn(const PublicHolidayInfoBase& row)
     {
         switch (row.m_rule) {
         case PublicHolidayInfoBase::FixedDate:
             return static_cast<unsigned>(row.m_day) == day && static_cast<unsigned>(row.m_month) == month;
         case PublicHolidayInfoBase::RelativeToEaster:
+            if (!mayBeEasterPlus(row.m_offset))
+                return false;
             if (easter == 0)
                 easter = KZCalendar::easter(year).Hash();
             return easter + static_cast<std::uint32_t>(row.m_offset) == date.Hash();
