@@ -42,14 +42,15 @@ struct PlainDay {
     }
 
     // False when Easter plus `offset` cannot be this date, so most dates
-    // need no Easter; January and February are not sorted out.
+    // need no Easter. Days are counted from 1 March; before March the count
+    // is one of two, as February has 28 or 29 days.
     bool mayBeEasterPlus(int offset) const
     {
-        if (month < 3)
-            return true;
-        const std::int64_t sinceMarch1st = (153 * (month - 3) + 2) / 5 + day - 1;
-        const std::int64_t easterSinceMarch1st = sinceMarch1st - offset;
-        return kEarliestEaster <= easterSinceMarch1st && easterSinceMarch1st <= kLatestEaster;
+        const std::int64_t latest = month >= 3 ? (153 * (month - 3) + 2) / 5 + day - 1
+                                    : month == 1 ? std::int64_t{day} - 60
+                                                 : std::int64_t{day} - 29;
+        const std::int64_t earliest = month >= 3 ? latest : latest - 1;
+        return earliest - offset <= kLatestEaster && latest - offset >= kEarliestEaster;
     }
 
     bool fallsOn(const PublicHolidayInfoBase& row)
