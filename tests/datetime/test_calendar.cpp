@@ -125,12 +125,20 @@ TEST(CalendarQueries, PeriodsSortStablyButAppendersNeitherClearNorSort)
 // found: a row falls on a date when its getDateForYear(date.Year()) is that
 // date. Every day of the years 0..4100 (those up to 137 read as 19xx by the
 // rows, Julian Easter before 1583), the null date and day numbers that wrap.
+// The rows' dates are kept per year, as the walk meets each year many times.
 static PublicHolidayMatches rowsByTheirDates(const KZDate& date)
 {
+    static int year = -1;
+    static std::uint32_t rowDays[kPublicHolidayCount];
+    if (static_cast<int>(date.Year()) != year) {
+        year = static_cast<int>(date.Year());
+        for (int i = 0; i < kPublicHolidayCount; ++i)
+            rowDays[i] = g_holiday_Info[i].getDateForYear(year).Hash();
+    }
     PublicHolidayMatches found;
-    for (const PublicHolidayInfoBase& r : g_holiday_Info)
-        if (r.getDateForYear(static_cast<int>(date.Year())).Hash() == date.Hash() && found.count < 2)
-            found.matches[found.count++] = &r;
+    for (int i = 0; i < kPublicHolidayCount; ++i)
+        if (rowDays[i] == date.Hash() && found.count < 2)
+            found.matches[found.count++] = &g_holiday_Info[i];
     return found;
 }
 
