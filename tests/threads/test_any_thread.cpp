@@ -294,7 +294,7 @@ std::string cipherBlocks()
 struct Job {
     const char* name;
     std::string (*run)();
-    void (*prepare)() = nullptr;
+    void (*prepare)();
 };
 
 void noPreparation() {}
