@@ -4,13 +4,7 @@
 # library through find_package and through pkg-config: neither command line
 # may name Qt or X11, nor may the library or the program need them.
 set -eu
-build=$1 consumer=$2 cxx=$3
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-prefix=$work/prefix
-unset LD_LIBRARY_PATH
-
-cmake --install "$build" --prefix "$prefix" >/dev/null
+. "$(dirname "$0")/scratch_install.sh"
 expected="workdays BY 2026: 252
 AES-128: 69 c4 e0 d8 6a 7b 04 30 d8 cd b7 80 70 b4 c5 5a"
 
