@@ -31,6 +31,9 @@ bool isOctal(char c) { return c >= '0' && c <= '7'; }
 bool isDecimal(char c) { return c >= '0' && c <= '9'; }
 bool isHex(char c) { return isDecimal(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+// A character's value as esc returns it: signed, as char is on x86, also
+// where char is unsigned (ARM Linux), so that 0xE4 reads as -28 everywhere.
+int signedValue(char c) { return static_cast<signed char>(c); }
 bool endsPattern(char c) { return c == '\0' || c == '\n'; }
 
 // Reads the class after '[' at *p into out (token and bitmap); *p is left
@@ -90,7 +93,7 @@ int esc(const char** s)
     const char* p = *s;
     if (*p != '\\') {
         *s = p + 1;
-        return *p;
+        return signedValue(*p);
     }
     ++p; // behind the backslash
     int value = 0;
@@ -113,7 +116,7 @@ int esc(const char** s)
         if (*p == '\0') {
             value = '^';
         } else {
-            value = upperAscii(*p) - 64;
+            value = signedValue(upperAscii(*p)) - 64;
             ++p;
         }
         break;
@@ -128,7 +131,7 @@ int esc(const char** s)
                     value = value * 8 + oct2bin(*p);
             }
         } else {
-            value = *p++;
+            value = signedValue(*p++);
         }
         break;
     }
