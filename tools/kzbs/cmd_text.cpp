@@ -1,6 +1,7 @@
 // kzbs grep and kzbs number: the library's pattern matcher and German
 // number notation from the command line.
 #include "commands.h"
+#include "file_io.h"
 
 #include "KZRegExp.h"
 #include "KZStringFunctions.h"
@@ -9,7 +10,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <sys/stat.h>
 #include <iostream>
 #include <memory>
 
@@ -149,17 +149,16 @@ int grep(const std::vector<std::string>& words, GrepOptions options)
         const std::string name = file == "-" ? "(standard input)" : file;
         if (file == "-") {
             matched |= grep.search(std::cin, name);
+            if (std::cin.bad()) {
+                fail("cannot read standard input");
+                failed = true;
+            }
             continue;
         }
-        struct stat info;
-        if (::stat(file.c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
-            fail(file + ": is a directory");
-            failed = true;
-            continue;
-        }
+        const std::string problem = unreadable(file);
         std::ifstream in(file, std::ios::binary);
-        if (!in) {
-            fail(file + ": " + std::strerror(errno));
+        if (!problem.empty() || !in) {
+            fail(problem.empty() ? file + ": " + std::strerror(errno) : problem);
             failed = true;
             continue;
         }
@@ -169,7 +168,6 @@ int grep(const std::vector<std::string>& words, GrepOptions options)
             failed = true;
         }
     }
-    std::cout.flush();
     return failed ? 2 : matched ? 0 : 1;
 }
 

@@ -50,6 +50,8 @@ mode_t umaskedMode()
 
 std::string unreadable(const std::string& path)
 {
+    if (path.empty())
+        return "a file name is empty";
     struct stat info {};
     if (::stat(path.c_str(), &info) != 0)
         return path + (errno == ENOENT ? std::string(": no such file") : ": " + std::string(std::strerror(errno)));
