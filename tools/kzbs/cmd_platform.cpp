@@ -76,10 +76,10 @@ std::vector<std::string> linesOf(const std::string& text)
 
 std::string keyOf(const std::string& line) { return line.substr(0, line.find('=')); }
 
-// Compares a file before and after the library set one value in it. Only
-// the line of the key set may change; lines may be added. Returns the first
-// other line that changed or went, as "line N ('TEXT')", or "".
-std::string lostLine(const std::string& before, const std::string& after)
+// Compares a file before and after the library set `key` in it. Only the
+// key's own line may change; lines may be added. Returns the first other
+// line that changed or went, as "line N ('TEXT')", or "".
+std::string lostLine(const std::string& before, const std::string& after, const std::string& key)
 {
     const std::vector<std::string> old = linesOf(before), now = linesOf(after);
     std::size_t head = 0, tail = 0;
@@ -88,14 +88,19 @@ std::string lostLine(const std::string& before, const std::string& after)
     while (tail < old.size() - head && tail < now.size() - head
            && old[old.size() - 1 - tail] == now[now.size() - 1 - tail])
         ++tail;
-    // What replaced the changed part: the key's new line among them.
+    // The keys of the lines that replace the changed part: the key's new
+    // line is among them. Its old line is the one changed line with the
+    // same key (Qt may have encoded the key), or the one spelled like it.
     std::vector<std::string> newKeys;
     for (std::size_t i = head; i < now.size() - tail; ++i)
         newKeys.push_back(keyOf(now[i]));
+    const std::size_t changed = old.size() - tail - head;
+    bool keySeen = false;
     for (std::size_t i = head; i < old.size() - tail; ++i) {
-        const bool keyLine = i == head && old.size() - tail - head == 1
-            && old[i].find('=') != std::string::npos
-            && std::find(newKeys.begin(), newKeys.end(), keyOf(old[i])) != newKeys.end();
+        const bool keyLine = !keySeen && old[i].find('=') != std::string::npos
+            && std::find(newKeys.begin(), newKeys.end(), keyOf(old[i])) != newKeys.end()
+            && (changed == 1 || keyOf(old[i]) == key);
+        keySeen = keySeen || keyLine;
         if (!keyLine)
             return "line " + std::to_string(i + 1) + " ('" + printable(toTerminal(old[i])) + "')";
     }
@@ -138,7 +143,7 @@ int iniSet(const std::vector<std::string>& words, bool force)
     const std::string& copy = replacement.temporary();
     if (!writeInChild(section, key, value, copy) || !readWholeFile(copy, after, error))
         return fail("could not write " + file);
-    const std::string lost = force ? std::string() : lostLine(before, after);
+    const std::string lost = force ? std::string() : lostLine(before, after, key);
     if (!lost.empty())
         return fail("setting " + words[3] + " would rewrite " + lost + " of " + file
                     + " by Qt's INI rules; nothing written (--force writes anyway)");
