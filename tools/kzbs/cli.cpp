@@ -128,10 +128,10 @@ int Program::parseError(const CLI::ParseError& error) const
         const std::vector<std::string> extras = m_app.remaining(true);
         const std::string word = extras.empty() ? std::string() : extras.front();
         if (!command && !looksLikeOption(word))
-            return fail("unknown command '" + word + "'" + hint);
+            return fail("unknown command '" + printable(word) + "'" + hint);
         if (looksLikeOption(word))
-            return fail("unknown option " + word + hint);
-        return fail("unexpected argument '" + word + "'" + hint);
+            return fail("unknown option " + printable(word) + hint);
+        return fail("unexpected argument '" + printable(word) + "'" + hint);
     }
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error)) {
         // "--state: 1 required TEXT missing" and the like: the option's value is missing.
@@ -192,7 +192,7 @@ int Program::runCommand(const CLI::App& command, const std::vector<std::string>&
         list = words->second.first->results();
         list.insert(list.end(), afterMarker.begin(), afterMarker.end());
     } else if (!afterMarker.empty()) {
-        return fail("unexpected argument '" + afterMarker.front() + "' (see kzbs " + command.get_name() + " --help)");
+        return fail("unexpected argument '" + printable(afterMarker.front()) + "' (see kzbs " + command.get_name() + " --help)");
     }
     try {
         return m_runs[command.get_name()]();

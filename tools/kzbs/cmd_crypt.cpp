@@ -116,15 +116,13 @@ bool readAll(const std::string& path, std::uint64_t limit, std::string& data, st
     return error.empty();
 }
 
-// Writes through `emit` to OUT: standard output directly, a file by way of a
-// temporary file beside it that replaces it only when all went well.
+// Writes through `emit` to OUT: standard output directly (the program checks
+// it before exit), a file by way of a temporary file beside it that replaces
+// it only when all went well.
 bool writeOut(const std::string& path, const std::function<bool(std::ostream&)>& emit, std::string& error)
 {
     if (path == "-") {
-        if (!emit(std::cout) || !std::cout.flush()) {
-            error = std::string("cannot write to standard output: ") + std::strerror(errno);
-            return false;
-        }
+        emit(std::cout);
         return true;
     }
     FileReplacement out(path);
