@@ -9,6 +9,8 @@
 #include <cstring>
 #include <iostream>
 
+#include <unistd.h>
+
 namespace kzbs {
 
 namespace {
@@ -56,20 +58,57 @@ std::size_t utf8Length(const std::string& text, std::size_t at)
 
 bool undefinedInWindows1252(unsigned char c) { return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D; }
 
-// Flushes standard output: the exit status for a write that failed there
-// (the disk full, the device gone), or `status` when all went out. A reader
-// that closed its pipe ends kzbs by SIGPIPE, quietly.
-int finishOutput(int status)
-{
-    errno = 0;
-    const bool flushed = std::fflush(stdout) == 0;
-    if (flushed && !std::ferror(stdout) && std::cout.good())
-        return status;
-    const int error = errno;
-    std::cout.clear();
-    std::clearerr(stdout);
-    return fail(std::string("cannot write to standard output") + (error ? std::string(": ") + std::strerror(error) : ""));
-}
+// std::cout for the time a command runs: it writes to file descriptor 1 and
+// keeps the reason of the first write that failed (the disk full, the device
+// gone), which stdio would lose. A reader that closed its pipe ends kzbs by
+// SIGPIPE, quietly, like the standard tools.
+class CheckedStdout : public std::streambuf {
+public:
+    CheckedStdout() : m_saved(std::cout.rdbuf(this)) { setp(m_buffer, m_buffer + sizeof m_buffer); }
+    ~CheckedStdout() override { std::cout.rdbuf(m_saved); }
+    CheckedStdout(const CheckedStdout&) = delete;
+    CheckedStdout& operator=(const CheckedStdout&) = delete;
+
+    // `status`, or 2 after saying why the output did not all arrive.
+    int finish(int status)
+    {
+        std::cout.flush();
+        if (m_error == 0)
+            return status;
+        return fail(std::string("cannot write to standard output: ") + std::strerror(m_error));
+    }
+
+protected:
+    int_type overflow(int_type c) override
+    {
+        if (!drain())
+            return traits_type::eof();
+        if (!traits_type::eq_int_type(c, traits_type::eof())) {
+            *pptr() = traits_type::to_char_type(c);
+            pbump(1);
+        }
+        return traits_type::not_eof(c);
+    }
+    int sync() override { return drain() ? 0 : -1; }
+
+private:
+    bool drain()
+    {
+        for (const char* at = pbase(); at < pptr() && m_error == 0;) {
+            const ssize_t written = ::write(1, at, static_cast<std::size_t>(pptr() - at));
+            if (written >= 0)
+                at += written;
+            else if (errno != EINTR)
+                m_error = errno;
+        }
+        setp(m_buffer, m_buffer + sizeof m_buffer);
+        return m_error == 0;
+    }
+
+    std::streambuf* m_saved;
+    char m_buffer[1 << 16];
+    int m_error = 0;
+};
 
 } // namespace
 
@@ -144,18 +183,24 @@ int Program::parseError(const CLI::ParseError& error) const
 int Program::run(int argc, char** argv)
 {
     // Shells and some launchers leave SIGPIPE ignored; kzbs then still ends
-    // quietly when its reader goes away, like the standard tools.
+    // quietly when its reader goes away.
     std::signal(SIGPIPE, SIG_DFL);
+    CheckedStdout output;
+    return output.finish(dispatch(argc, argv));
+}
+
+int Program::dispatch(int argc, char** argv)
+{
     if (argc <= 1 && !m_default.empty())
-        return finishOutput(m_runs[m_default]());
+        return m_runs[m_default]();
     if (argc == 2 && std::string(argv[1]) == "--version") {
         std::cout << "kzbs " << KZBS_VERSION << '\n';
-        return finishOutput(0);
+        return 0;
     }
     if (argc == 2 && std::string(argv[1]) == "help")
-        return finishOutput(printHelp(""));
+        return printHelp("");
     if (argc == 3 && std::string(argv[1]) == "help")
-        return m_usages.count(argv[2]) ? finishOutput(printHelp(argv[2]))
+        return m_usages.count(argv[2]) ? printHelp(argv[2])
                                        : fail("unknown command '" + printable(argv[2]) + "'");
     // CLI11 hands a "--" after a command's optional words to the level above;
     // kzbs has one level, so the words after it go straight to the command.
@@ -168,7 +213,7 @@ int Program::run(int argc, char** argv)
         m_app.parse(args);
     } catch (const CLI::CallForHelp&) {
         const CLI::App* command = chosen();
-        return finishOutput(printHelp(command ? command->get_name() : ""));
+        return printHelp(command ? command->get_name() : "");
     } catch (const CLI::ParseError& error) {
         return parseError(error);
     }
@@ -181,7 +226,7 @@ int Program::run(int argc, char** argv)
         for (int i = 1; i < argc; ++i)
             if (!isUtf8(argv[i]))
                 return fail("argument '" + printable(argv[i]) + "' is not valid UTF-8, the encoding kzbs reads");
-    return finishOutput(runCommand(*command, afterMarker));
+    return runCommand(*command, afterMarker);
 }
 
 int Program::runCommand(const CLI::App& command, const std::vector<std::string>& afterMarker)

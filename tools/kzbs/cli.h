@@ -47,6 +47,7 @@ public:
     int run(int argc, char** argv);
 
 private:
+    int dispatch(int argc, char** argv);
     int runCommand(const CLI::App& command, const std::vector<std::string>& afterMarker);
     void printOverview(std::ostream& out) const;
     int printHelp(const std::string& command) const;
