@@ -23,6 +23,7 @@
 #include <immintrin.h>
 #endif
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -183,23 +184,20 @@ std::vector<Floor> decryptFloors(int implementation)
             aesNiDecryptFloor<Rounds, 16>};
 }
 
-// The candidate that runs fastest over the bytes (best of three passes each):
-// the number of blocks in flight that keeps this processor busy.
+// The candidate that runs fastest over the bytes: the number of blocks in
+// flight that keeps this processor busy. The candidates take turns, five
+// passes each, and each keeps its best, so a moment of load elsewhere does
+// not decide.
 Floor fastest(const std::vector<Floor>& candidates, std::string& bytes)
 {
-    Floor best = candidates.front();
-    double bestSeconds = 1e300;
-    for (Floor candidate : candidates)
-        for (int pass = 0; pass < 3; ++pass) {
+    std::vector<double> best(candidates.size(), 1e300);
+    for (int pass = 0; pass < 5; ++pass)
+        for (std::size_t i = 0; i < candidates.size(); ++i) {
             const double start = bench::threadSeconds();
-            candidate(reinterpret_cast<unsigned char*>(&bytes[0]), bytes.size());
-            const double seconds = bench::threadSeconds() - start;
-            if (seconds < bestSeconds) {
-                bestSeconds = seconds;
-                best = candidate;
-            }
+            candidates[i](reinterpret_cast<unsigned char*>(&bytes[0]), bytes.size());
+            best[i] = std::min(best[i], bench::threadSeconds() - start);
         }
-    return best;
+    return candidates[static_cast<std::size_t>(std::min_element(best.begin(), best.end()) - best.begin())];
 }
 
 // The floor of this path and direction as a peer named for its counter, or
