@@ -20,20 +20,8 @@
 // process-wide; serialise all use of the cipher (KZCrypt::encode/decode call
 // makeKey each time, so no two objects may encode or decode concurrently).
 //
-// Implementation: on CPUs with AES instructions (detected at run time) the
-// block functions run ECB and CBC (both directions) and the CFB1 feedback on
-// the hardware, with byte-identical results; where the CPU also has VAES and
-// AVX-512, ECB and CBC decryption run four blocks per instruction. Besides
-// speed this closes the cache-timing leak of the table lookups: the portable
-// T-table path indexes memory with key- and data-dependent bytes, the
-// hardware paths do not. The environment (read once, at the first cipher
-// call) can force a path: KZ_AES_PORTABLE=1 the portable one,
-// KZ_AES_IMPLEMENTATION=0, 1 or 2 any of them; so can
-// rijndaelSetImplementation().
-//
 // Stream integers are written little-endian (the byte order of every platform
 // this library is built for).
-// Choices: step functions for 128-bit blocks only; setCryptedBuffer allocates; wipes use explicit_bzero.
 #ifndef KZ_CRYPT_H
 #define KZ_CRYPT_H
 
@@ -127,14 +115,18 @@ KZBS_API int cipherUpdateRounds(const cipherInstance* cipher, const keyInstance*
                                 const unsigned char* input, int inputLen,
                                 unsigned char* outBuffer, int rounds);
 
-// Which code the block functions run: the portable T-table code, the
-// processor's AES instructions on one block per instruction (AES-NI), or the
-// vector AES instructions on four blocks per instruction (VAES with AVX-512;
-// CBC encryption, one chain, runs on AES-NI with every round key held in the
-// larger register file). All give the same bytes. Asking for a path the
-// processor lacks selects the fastest one below it that it has; a value that
-// names no path selects the portable code. Returns the implementation now in
-// effect.
+// Which code the block functions (ECB, CBC and the CFB1 feedback) run: the
+// portable T-table code, the processor's AES instructions on one block per
+// instruction (AES-NI), or the vector AES instructions on four blocks per
+// instruction (VAES with AVX-512; CBC encryption, one chain, runs on AES-NI
+// with every round key held in the larger register file). All give the same
+// bytes; the hardware paths also close the cache-timing leak of the table
+// lookups, which index memory with key- and data-dependent bytes. The default
+// is the fastest path the processor has, unless the environment, read once at
+// the first cipher call, forces one: KZ_AES_PORTABLE=1 the portable code,
+// KZ_AES_IMPLEMENTATION=0, 1 or 2 any path. Asking for a path the processor
+// lacks selects the fastest one below it that it has; a value that names no
+// path selects the portable code. Returns the implementation now in effect.
 constexpr int RIJNDAEL_PORTABLE = 0;
 constexpr int RIJNDAEL_HARDWARE = 1;
 constexpr int RIJNDAEL_VAES = 2;
@@ -166,8 +158,8 @@ KZBS_API int rijndaelEncryptRound(unsigned char a[4][MAXBC],
 KZBS_API int rijndaelDecryptRound(unsigned char a[4][MAXBC],
                                   const unsigned char W[MAXROUNDS + 1][4][4], int rounds);
 
-// Step functions on the first BC columns of a state (BC is clamped to 0..4;
-// ShiftRow rotates by the 4-column offsets modulo BC). rk is one round key in
+// Step functions on the first BC columns of a state, for 128-bit blocks only
+// (BC is clamped to 0..4; ShiftRow rotates by the 4-column offsets modulo BC). rk is one round key in
 // the schedule's column order; d is 0 for encryption, 1 (or any other value)
 // for decryption.
 KZBS_API unsigned char mul(unsigned char a, unsigned char b);
@@ -202,8 +194,9 @@ KZBS_API extern const unsigned char shifts[3][4][2];
 //   ... d.readEncrypted(in); d.decode(); d.getBuffer(), d.getBufferSize();
 // Stream: tag (4 bytes), bufferSize (4), cryptedSize (4), cryptedSize bytes.
 // There is no check value: a wrong key decodes to garbage without an error.
-// The buffer is wiped with zeros whenever it is released (clearBuffer,
-// readEncrypted, destruction); the key text is wiped on destruction.
+// The buffer is wiped with zeros (explicit_bzero, which no optimiser drops)
+// whenever it is released (clearBuffer, readEncrypted, destruction); the key
+// text is wiped on destruction.
 // Objects are not copyable.
 class KZBS_API KZCrypt {
 public:
@@ -243,7 +236,7 @@ public:
     void setBuffer(const std::string& data);
     // Takes ciphertext: false unless cryptedSize is size rounded up to 16 and
     // data is not null (the sizes stay set, without a buffer). Otherwise copies
-    // cryptedSize bytes and returns true.
+    // cryptedSize bytes into a buffer of its own and returns true.
     bool setCryptedBuffer(const char* data, unsigned int cryptedSize, unsigned int size);
     // Sets bufferSize and cryptedSize (rounded up to 16; 0 when that does not
     // fit 32 bits) without allocating. encode/decode then work on at most the

@@ -7,15 +7,12 @@
 // hand) runs the same code with a run-time count.
 #include "RijndaelInternal.h"
 
-#if defined(__x86_64__) || defined(__i386__)
-#define KZ_HAVE_AESNI 1
+#if KZ_CRYPT_HAVE_AESNI
+
 #include <smmintrin.h>
 #include <wmmintrin.h>
-#endif
 
 namespace kzcrypt {
-
-#if KZ_HAVE_AESNI
 
 #define KZ_AES_TARGET __attribute__((target("aes,sse4.1")))
 #define KZ_AES_INLINE __attribute__((target("aes,sse4.1"), always_inline)) inline
@@ -219,53 +216,43 @@ void cbcDispatch(bool encrypt, const unsigned char* in, unsigned char* out, std:
     }
 }
 
-} // namespace
+bool available() { return __builtin_cpu_supports("aes") && __builtin_cpu_supports("sse4.1"); }
 
-bool cpuHasAes()
-{
-    static const bool has = __builtin_cpu_supports("aes") && __builtin_cpu_supports("sse4.1");
-    return has;
-}
-
-KZ_AES_TARGET void hwEncryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds)
+KZ_AES_TARGET void encryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds)
 {
     Keys keys {};
     loadKeys(keys, W, rounds);
     store(out, encryptRounds(_mm_xor_si128(load(in), keys.k[0]), keys, rounds));
 }
 
-void hwEncryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+void encryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
     ecbDispatch(true, in, out, blocks, W, rounds);
 }
 
-void hwDecryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+void decryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
     ecbDispatch(false, in, out, blocks, W, rounds);
 }
 
-void hwEncryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                  const unsigned char iv[16])
+void encryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                const unsigned char iv[16])
 {
     cbcDispatch(true, in, out, blocks, W, rounds, iv);
 }
 
-void hwDecryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                  const unsigned char iv[16])
+void decryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                const unsigned char iv[16])
 {
     cbcDispatch(false, in, out, blocks, W, rounds, iv);
 }
 
-#else // no AES instructions on this architecture: cpuHasAes() is false and
-      // the kernels are never called.
+} // namespace
 
-bool cpuHasAes() { return false; }
-void hwEncryptBlock(const unsigned char*, unsigned char*, RoundKeys, int) {}
-void hwEncryptEcb(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int) {}
-void hwDecryptEcb(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int) {}
-void hwEncryptCbc(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int, const unsigned char*) {}
-void hwDecryptCbc(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int, const unsigned char*) {}
-
-#endif
+const Implementation kAesNi = {
+    RIJNDAEL_HARDWARE, available, encryptBlock, encryptEcb, decryptEcb, encryptCbc, decryptCbc,
+};
 
 } // namespace kzcrypt
+
+#endif // KZ_CRYPT_HAVE_AESNI

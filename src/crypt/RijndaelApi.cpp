@@ -9,8 +9,22 @@
 
 namespace {
 
-constexpr int kUnresolved = -1;
-std::atomic<int> g_implementation{kUnresolved};
+using kzcrypt::Implementation;
+
+// Every implementation this build has, slowest first. A new instruction set
+// is one more row.
+const Implementation* const kImplementations[] = {
+    &kzcrypt::kPortable,
+#if KZ_CRYPT_HAVE_AESNI
+    &kzcrypt::kAesNi,
+#endif
+#if KZ_CRYPT_HAVE_VAES
+    &kzcrypt::kVaes,
+#endif
+};
+
+// The implementation in use; null until the first cipher call resolves it.
+std::atomic<const Implementation*> g_inUse{nullptr};
 
 int hexDigit(char c)
 {
@@ -34,45 +48,37 @@ int hexByte(const char* text)
     return low < 0 ? -1 : high << 4 | low;
 }
 
-// The fastest path the processor has that does not exceed `wanted`.
-int availableUpTo(int wanted)
+// The fastest implementation the processor has that does not exceed `wanted`.
+const Implementation& availableUpTo(int wanted)
 {
-    if (wanted >= RIJNDAEL_VAES && kzcrypt::cpuHasVaes())
-        return RIJNDAEL_VAES;
-    if (wanted >= RIJNDAEL_HARDWARE && kzcrypt::cpuHasAes())
-        return RIJNDAEL_HARDWARE;
-    return RIJNDAEL_PORTABLE;
+    const Implementation* best = &kzcrypt::kPortable;
+    for (const Implementation* candidate : kImplementations)
+        if (candidate->id <= wanted && candidate->id >= best->id && candidate->available())
+            best = candidate;
+    return *best;
 }
 
-int chosenByEnvironment()
+const Implementation& chosenByEnvironment()
 {
     const char* portable = std::getenv("KZ_AES_PORTABLE");
     if (portable && *portable && std::strcmp(portable, "0") != 0)
-        return RIJNDAEL_PORTABLE;
+        return kzcrypt::kPortable;
     const char* forced = std::getenv("KZ_AES_IMPLEMENTATION");
     if (forced && forced[0] >= '0' && forced[0] <= '2' && forced[1] == '\0')
         return availableUpTo(forced[0] - '0');
     return availableUpTo(RIJNDAEL_VAES);
 }
 
-int implementation()
+const Implementation& inUse()
 {
-    int current = g_implementation.load(std::memory_order_relaxed);
-    if (current == kUnresolved) {
-        g_implementation.compare_exchange_strong(current, chosenByEnvironment());
-        current = g_implementation.load(std::memory_order_relaxed);
+    const Implementation* current = g_inUse.load(std::memory_order_acquire);
+    if (!current) {
+        const Implementation* chosen = &chosenByEnvironment();
+        // A concurrent first call or rijndaelSetImplementation may have won.
+        g_inUse.compare_exchange_strong(current, chosen, std::memory_order_acq_rel);
+        current = g_inUse.load(std::memory_order_acquire);
     }
-    return current;
-}
-
-bool useHardware() { return implementation() != RIJNDAEL_PORTABLE; }
-
-void encryptOne(const unsigned char in[16], unsigned char out[16], kzcrypt::RoundKeys W, int rounds, bool hardware)
-{
-    if (hardware)
-        kzcrypt::hwEncryptBlock(in, out, W, rounds);
-    else
-        kzcrypt::encryptBlockPortable(in, out, W, rounds);
+    return *current;
 }
 
 // The 1-bit feedback over the first 16 bytes of out, numBlocks times. The
@@ -83,13 +89,13 @@ void cfb1(const cipherInstance* cipher, const keyInstance* key, const unsigned c
           unsigned char* out, int numBlocks)
 {
     const int rounds = kzcrypt::effectiveRounds();
-    const bool hardware = useHardware();
+    const auto encryptBlock = inUse().encryptBlock;
     unsigned char reg[16];
     std::memcpy(reg, cipher->IV, 16);
     for (int block = 0; block < numBlocks; ++block) {
         for (int k = 0; k < 128; ++k) {
             unsigned char stream[16];
-            encryptOne(reg, stream, key->keySched, rounds, hardware);
+            encryptBlock(reg, stream, key->keySched, rounds);
             const int byte = k >> 3, shift = 7 - (k & 7);
             const unsigned feedIn = cipherBits ? (cipherBits[byte] >> shift) & 1u : 0u;
             out[byte] = static_cast<unsigned char>(out[byte] ^ ((stream[0] & 0x80u) >> (k & 7)));
@@ -98,33 +104,6 @@ void cfb1(const cipherInstance* cipher, const keyInstance* key, const unsigned c
                 reg[t] = static_cast<unsigned char>(reg[t] << 1 | reg[t + 1] >> 7);
             reg[15] = static_cast<unsigned char>(reg[15] << 1 | feedback);
         }
-    }
-}
-
-void encryptCbcPortable(const unsigned char* in, unsigned char* out, int blocks, kzcrypt::RoundKeys W,
-                        int rounds, const unsigned char iv[16])
-{
-    unsigned char chain[16];
-    std::memcpy(chain, iv, 16);
-    for (int b = 0; b < blocks; ++b, in += 16, out += 16) {
-        for (int j = 0; j < 16; ++j)
-            chain[j] ^= in[j];
-        kzcrypt::encryptBlockPortable(chain, chain, W, rounds);
-        std::memcpy(out, chain, 16);
-    }
-}
-
-void decryptCbcPortable(const unsigned char* in, unsigned char* out, int blocks, kzcrypt::RoundKeys W,
-                        int rounds, const unsigned char iv[16])
-{
-    unsigned char previous[16], current[16], plain[16];
-    std::memcpy(previous, iv, 16);
-    for (int b = 0; b < blocks; ++b, in += 16, out += 16) {
-        std::memcpy(current, in, 16);
-        kzcrypt::decryptBlockPortable(current, plain, W, rounds);
-        for (int j = 0; j < 16; ++j)
-            out[j] = static_cast<unsigned char>(plain[j] ^ previous[j]);
-        std::memcpy(previous, current, 16);
     }
 }
 
@@ -139,21 +118,20 @@ bool buffersPresent(int numBlocks, const unsigned char* input, const unsigned ch
 
 } // namespace
 
-bool rijndaelHardwareAvailable() { return kzcrypt::cpuHasAes(); }
+bool rijndaelHardwareAvailable() { return rijndaelImplementationAvailable(RIJNDAEL_HARDWARE); }
 
 bool rijndaelImplementationAvailable(int implementation)
 {
-    return implementation == RIJNDAEL_PORTABLE
-        || ((implementation == RIJNDAEL_HARDWARE || implementation == RIJNDAEL_VAES)
-            && availableUpTo(implementation) == implementation);
+    return implementation >= RIJNDAEL_PORTABLE && implementation <= RIJNDAEL_VAES
+        && availableUpTo(implementation).id == implementation;
 }
 
-int rijndaelImplementation() { return implementation(); }
+int rijndaelImplementation() { return inUse().id; }
 
 int rijndaelSetImplementation(int implementation)
 {
     const bool known = implementation >= RIJNDAEL_PORTABLE && implementation <= RIJNDAEL_VAES;
-    g_implementation.store(known ? availableUpTo(implementation) : RIJNDAEL_PORTABLE);
+    g_inUse.store(known ? &availableUpTo(implementation) : &kzcrypt::kPortable, std::memory_order_release);
     return rijndaelImplementation();
 }
 
@@ -220,21 +198,10 @@ int blockEncrypt(const cipherInstance* cipher, const keyInstance* key, const uns
     const std::size_t blocks = numBlocks > 0 ? static_cast<std::size_t>(numBlocks) : 0;
     switch (cipher->mode) {
     case MODE_ECB:
-        if (implementation() == RIJNDAEL_VAES)
-            kzcrypt::vaesEncryptEcb(input, outBuffer, blocks, key->keySched, rounds);
-        else if (useHardware())
-            kzcrypt::hwEncryptEcb(input, outBuffer, blocks, key->keySched, rounds);
-        else
-            for (std::size_t b = 0; b < blocks; ++b)
-                kzcrypt::encryptBlockPortable(input + 16 * b, outBuffer + 16 * b, key->keySched, rounds);
+        inUse().encryptEcb(input, outBuffer, blocks, key->keySched, rounds);
         break;
     case MODE_CBC:
-        if (implementation() == RIJNDAEL_VAES)
-            kzcrypt::vaesEncryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
-        else if (useHardware())
-            kzcrypt::hwEncryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
-        else
-            encryptCbcPortable(input, outBuffer, numBlocks, key->keySched, rounds, cipher->IV);
+        inUse().encryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
         break;
     default:
         cfb1(cipher, key, nullptr, outBuffer, numBlocks);
@@ -257,21 +224,10 @@ int blockDecrypt(const cipherInstance* cipher, const keyInstance* key, const uns
     const std::size_t blocks = numBlocks > 0 ? static_cast<std::size_t>(numBlocks) : 0;
     switch (cipher->mode) {
     case MODE_ECB:
-        if (implementation() == RIJNDAEL_VAES)
-            kzcrypt::vaesDecryptEcb(input, outBuffer, blocks, key->keySched, rounds);
-        else if (useHardware())
-            kzcrypt::hwDecryptEcb(input, outBuffer, blocks, key->keySched, rounds);
-        else
-            for (std::size_t b = 0; b < blocks; ++b)
-                kzcrypt::decryptBlockPortable(input + 16 * b, outBuffer + 16 * b, key->keySched, rounds);
+        inUse().decryptEcb(input, outBuffer, blocks, key->keySched, rounds);
         break;
     case MODE_CBC:
-        if (implementation() == RIJNDAEL_VAES)
-            kzcrypt::vaesDecryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
-        else if (useHardware())
-            kzcrypt::hwDecryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
-        else
-            decryptCbcPortable(input, outBuffer, numBlocks, key->keySched, rounds, cipher->IV);
+        inUse().decryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
         break;
     default:
         cfb1(cipher, key, input, outBuffer, numBlocks);

@@ -1,12 +1,21 @@
 // Internal seams of the cipher: the clamped round count, the portable
-// one-block functions with an explicit round count, and the hardware kernels
-// (AES-NI, and VAES on AVX-512).
+// one-block functions with an explicit round count, and the table of block
+// functions each implementation (portable, AES-NI, VAES on AVX-512) provides.
 #ifndef KZ_RIJNDAEL_INTERNAL_H
 #define KZ_RIJNDAEL_INTERNAL_H
 
 #include "KZCrypt.h"
 
 #include <cstddef>
+
+// The instruction sets this architecture can have; whether the processor in
+// hand has them is asked at run time (Implementation::available).
+#if defined(__x86_64__) || defined(__i386__)
+#define KZ_CRYPT_HAVE_AESNI 1
+#endif
+#if defined(__x86_64__)
+#define KZ_CRYPT_HAVE_VAES 1
+#endif
 
 namespace kzcrypt {
 
@@ -18,27 +27,28 @@ int effectiveRounds();
 void encryptBlockPortable(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds);
 void decryptBlockPortable(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds);
 
-// AES-NI kernels: same results as the portable code for every round count
-// 0..14. Only call them when cpuHasAes() is true. in and out may be equal.
-bool cpuHasAes();
-void hwEncryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds);
-void hwEncryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
-void hwDecryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
-void hwEncryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                  const unsigned char iv[16]);
-void hwDecryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                  const unsigned char iv[16]);
+// One implementation of the block functions. Every implementation gives the
+// bytes of the portable code for every round count 0..14, and takes in and
+// out equal. Its functions may only be called when available() said yes.
+struct Implementation {
+    int id;                 // RIJNDAEL_PORTABLE, RIJNDAEL_HARDWARE or RIJNDAEL_VAES
+    bool (*available)();    // the processor has the instructions, the system saves their state
+    void (*encryptBlock)(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds);
+    void (*encryptEcb)(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
+    void (*decryptEcb)(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
+    void (*encryptCbc)(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                       const unsigned char iv[16]);
+    void (*decryptCbc)(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                       const unsigned char iv[16]);
+};
 
-// VAES/AVX-512 kernels: the same results again, several blocks per
-// instruction. Only call them when cpuHasVaes() is true. in and out may be
-// equal.
-bool cpuHasVaes();
-void vaesEncryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
-void vaesDecryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
-void vaesEncryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                    const unsigned char iv[16]);
-void vaesDecryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                    const unsigned char iv[16]);
+extern const Implementation kPortable;   // table-driven, everywhere
+#if KZ_CRYPT_HAVE_AESNI
+extern const Implementation kAesNi;      // one block per AES instruction
+#endif
+#if KZ_CRYPT_HAVE_VAES
+extern const Implementation kVaes;       // four blocks per instruction where blocks are independent
+#endif
 
 } // namespace kzcrypt
 

@@ -7,18 +7,15 @@
 // cpuHasVaes() said yes.
 // The kernels are instantiated for 10, 12 and 14 rounds; any other round
 // count (ROUNDS may be set by hand) goes to the AES-NI kernels, which take
-// every count.
+// every count, and so does the one-block function of the CFB1 feedback.
 #include "RijndaelInternal.h"
 
-#if defined(__x86_64__)
-#define KZ_HAVE_VAES 1
+#if KZ_CRYPT_HAVE_VAES
+
 #include <cpuid.h>
 #include <immintrin.h>
-#endif
 
 namespace kzcrypt {
-
-#if KZ_HAVE_VAES
 
 #define KZ_VAES_TARGET __attribute__((target("aes,vaes,avx512f,avx512vl")))
 #define KZ_VAES_INLINE __attribute__((target("aes,vaes,avx512f,avx512vl"), always_inline)) inline
@@ -201,10 +198,6 @@ KZ_VAES_TARGET void cbcEncryptChain(const unsigned char* in, unsigned char* out,
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_aesenclast_si128(state, k[Rounds]));
 }
 
-} // namespace
-
-namespace {
-
 // VAES, AVX-512F and AVX-512VL from CPUID leaf 7, and the operating system
 // saving the vector state they use (XCR0: SSE, AVX, opmask and both halves
 // of the upper ZMM state). Asked directly: not every compiler's
@@ -225,65 +218,65 @@ bool processorAndSystemHaveVaes()
     return (b & kAvx512F) && (b & kAvx512VL) && (c & kVaes);
 }
 
-} // namespace
-
-bool cpuHasVaes()
+bool available()
 {
-    static const bool has = cpuHasAes() && processorAndSystemHaveVaes();
+    static const bool has = kAesNi.available() && processorAndSystemHaveVaes();
     return has;
 }
 
-void vaesEncryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+void encryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds)
+{
+    kAesNi.encryptBlock(in, out, W, rounds);
+}
+
+void encryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
     switch (rounds) {
     case 10: ecbWide<10, true>(in, out, blocks, W); break;
     case 12: ecbWide<12, true>(in, out, blocks, W); break;
     case 14: ecbWide<14, true>(in, out, blocks, W); break;
-    default: hwEncryptEcb(in, out, blocks, W, rounds); break;
+    default: kAesNi.encryptEcb(in, out, blocks, W, rounds); break;
     }
 }
 
-void vaesDecryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+void decryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
     switch (rounds) {
     case 10: ecbWide<10, false>(in, out, blocks, W); break;
     case 12: ecbWide<12, false>(in, out, blocks, W); break;
     case 14: ecbWide<14, false>(in, out, blocks, W); break;
-    default: hwDecryptEcb(in, out, blocks, W, rounds); break;
+    default: kAesNi.decryptEcb(in, out, blocks, W, rounds); break;
     }
 }
 
-void vaesEncryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                    const unsigned char iv[16])
+void encryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                const unsigned char iv[16])
 {
     switch (rounds) {
     case 10: cbcEncryptChain<10>(in, out, blocks, W, iv); break;
     case 12: cbcEncryptChain<12>(in, out, blocks, W, iv); break;
     case 14: cbcEncryptChain<14>(in, out, blocks, W, iv); break;
-    default: hwEncryptCbc(in, out, blocks, W, rounds, iv); break;
+    default: kAesNi.encryptCbc(in, out, blocks, W, rounds, iv); break;
     }
 }
 
-void vaesDecryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                    const unsigned char iv[16])
+void decryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                const unsigned char iv[16])
 {
     switch (rounds) {
     case 10: cbcDecryptWide<10>(in, out, blocks, W, iv); break;
     case 12: cbcDecryptWide<12>(in, out, blocks, W, iv); break;
     case 14: cbcDecryptWide<14>(in, out, blocks, W, iv); break;
-    default: hwDecryptCbc(in, out, blocks, W, rounds, iv); break;
+    default: kAesNi.decryptCbc(in, out, blocks, W, rounds, iv); break;
     }
 }
 
-#else // no vector AES on this architecture: cpuHasVaes() is false and the
-      // kernels are never called.
+} // namespace
 
-bool cpuHasVaes() { return false; }
-void vaesEncryptEcb(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int) {}
-void vaesDecryptEcb(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int) {}
-void vaesEncryptCbc(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int, const unsigned char*) {}
-void vaesDecryptCbc(const unsigned char*, unsigned char*, std::size_t, RoundKeys, int, const unsigned char*) {}
-
-#endif
+const Implementation kVaes = {
+    RIJNDAEL_VAES, available, encryptBlock, encryptEcb, decryptEcb, encryptCbc, decryptCbc,
+};
 
 } // namespace kzcrypt
+
+#endif // KZ_CRYPT_HAVE_VAES

@@ -3,8 +3,10 @@
 #include "KZFileEnvironment.h"
 
 #include <cstddef>
+#include <cstring>
 #include <ostream>
 #include <string>
+#include <utility>
 
 bool KZFileEnvironment::setBaseDir(const std::string& dir)
 {
@@ -29,15 +31,25 @@ namespace {
 // number times the length of the text.
 class PendingText {
 public:
-    PendingText(const std::string& text, std::size_t from) : m_buffer(text, from) {}
+    // Room in front for the values of a name's usual one or two symbols,
+    // taken with the one allocation the copy of the text needs anyway.
+    static constexpr std::size_t kFrontRoom = 64;
+
+    PendingText(const std::string& text, std::size_t from)
+        : m_buffer(kFrontRoom + text.size() - from, '\0'), m_begin(kFrontRoom)
+    {
+        text.copy(&m_buffer[m_begin], text.size() - from, from);
+    }
 
     std::size_t size() const { return m_buffer.size() - m_begin; }
 
-    // Offset of the first c from the front, or npos.
+    // Offset of the first c from the front, or npos. memchr itself: the
+    // texts are short, and string::find is a call around the same call.
     std::size_t find(char c) const
     {
-        const std::size_t at = m_buffer.find(c, m_begin);
-        return at == std::string::npos ? at : at - m_begin;
+        const char* front = m_buffer.data() + m_begin;
+        const void* at = std::memchr(front, c, size());
+        return at ? static_cast<std::size_t>(static_cast<const char*>(at) - front) : std::string::npos;
     }
 
     // Puts characters from..from+n-1 into out, replacing its contents.
@@ -64,14 +76,26 @@ public:
             m_begin = room;
         }
         m_begin -= value.size();
-        m_buffer.replace(m_begin, value.size(), value);
+        value.copy(&m_buffer[m_begin], value.size());
     }
 
-    std::string str() const { return m_buffer.substr(m_begin); }
+    // The whole text, taking the buffer: no copy when nothing came before it.
+    std::string take() &&
+    {
+        m_buffer.erase(0, m_begin);
+        return std::move(m_buffer);
+    }
+
+    // Appends the whole text to out, sizing out once.
+    void appendTo(std::string& out) const
+    {
+        out.reserve(out.size() + size());
+        out.append(m_buffer, m_begin, std::string::npos);
+    }
 
 private:
     std::string m_buffer;
-    std::size_t m_begin = 0;   // where the text starts in m_buffer
+    std::size_t m_begin;   // where the text starts in m_buffer
 };
 
 } // namespace
@@ -104,7 +128,10 @@ std::string KZFileEnvironment::expandString(const std::string& text) const
             break;
         pending.moveTo(done, open);
     }
-    return done + pending.str();
+    if (done.empty())
+        return std::move(pending).take();
+    pending.appendTo(done);
+    return done;
 }
 
 std::string KZFileEnvironment::outputLine(iterator entry) const

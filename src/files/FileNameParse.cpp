@@ -2,6 +2,8 @@
 // the directory part that goes with it.
 #include "KZFileName.h"
 
+#include <cstring>
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -14,6 +16,14 @@ namespace {
 inline bool isSeparator(char c)
 {
     return c == '\\' || c == '/';
+}
+
+// The first c in s, or npos: memchr itself, as string::find is a call around
+// the same call and names are short.
+std::size_t findChar(const std::string& s, char c)
+{
+    const void* at = std::memchr(s.data(), c, s.size());
+    return at ? static_cast<std::size_t>(static_cast<const char*>(at) - s.data()) : std::string::npos;
 }
 
 bool isDotOrDotDot(const char* text, std::size_t length)
@@ -151,14 +161,14 @@ void KZFileName::parse(const std::string& s)
 {
     // Expansion leaves a text without '<' as it is; skipping it saves a copy.
     std::string expanded;
-    const bool hasSymbols = s.find(KZFileEnvironment::sm_symbolOpenChar) != std::string::npos;
+    const bool hasSymbols = findChar(s, KZFileEnvironment::sm_symbolOpenChar) != std::string::npos;
     if (hasSymbols)
         expanded = GlobalFileEnvironment.expandString(s);
     const std::string& work = hasSymbols ? expanded : s;
 
     // The parts are cut from `work` left to right; `begin` is where the rest starts.
     std::size_t begin = 0;
-    const std::size_t colon = work.find(':');
+    const std::size_t colon = findChar(work, ':');
     if (colon != std::string::npos) {
         m_unc.clear();
         m_drive.assign(work, 0, colon + 1);

@@ -34,6 +34,9 @@ TEST_F(Symbols, Expansion)
     for (const auto& c : cases)
         EXPECT_EQ(env().expandString(c.first), c.second) << c.first;
     EXPECT_EQ(KZFileName("<DATA>/x.dat").compose(), "C:/Prog/Data/x.dat") << "names expand before parsing";
+    read("LONG=<A>" + std::string(200, 'y'));
+    EXPECT_EQ(env().expandString("<LONG><LONG>b"), "1" + std::string(200, 'y') + "1" + std::string(200, 'y') + "b")
+        << "values longer than the room kept in front of the text";
 }
 
 TEST_F(Symbols, CyclicSymbolsStopInsteadOfHanging)
