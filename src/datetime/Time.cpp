@@ -1,9 +1,12 @@
 // KZTime: seconds since 1901, local time and the fixed daylight-saving rule.
 #include "KZTime.h"
 
+#include "CivilDays.h"
 #include "CrossPlatformApi.h"
 
 #include <ctime>
+
+using namespace kzdatetime;
 
 namespace {
 
@@ -22,10 +25,10 @@ int KZTime::PrintDateFlag = 1;
 
 KZTime::KZTime(const KZDate& date, unsigned hour, unsigned minute, unsigned second) : m_secs(0)
 {
-    if (date.Hash() == 0)
+    if (isNullDate(date))
         return;
     // Start one hour early and probe the rule on both sides of the hour.
-    std::uint32_t t = (date.Hash() - RefDate.Hash()) * kSecondsPerDay + hour * kSecondsPerHour - kSecondsPerHour
+    std::uint32_t t = (dayNumberOf(date) - dayNumberOf(RefDate)) * kSecondsPerDay + hour * kSecondsPerHour - kSecondsPerHour
         + minute * 60u + second;
     if (t != 0)
         t += zoneOffset();
@@ -59,12 +62,12 @@ KZTime::KZTime() : m_secs(0)
 
 bool KZTime::AssertDate(const KZDate& date)
 {
-    return RefDate.Hash() <= date.Hash() && date.Hash() <= MaxDate.Hash();
+    return dayNumberOf(RefDate) <= dayNumberOf(date) && dayNumberOf(date) <= dayNumberOf(MaxDate);
 }
 
 std::uint32_t KZTime::BuildLocal(const KZDate& date, unsigned hour)
 {
-    return (date.Hash() - RefDate.Hash()) * kSecondsPerDay + hour * kSecondsPerHour + zoneOffset();
+    return (dayNumberOf(date) - dayNumberOf(RefDate)) * kSecondsPerDay + hour * kSecondsPerHour + zoneOffset();
 }
 
 std::uint32_t KZTime::BeginDST(unsigned year) { return BuildLocal(KZDate(31, 3, year).Previous(7), 2); }
@@ -75,7 +78,7 @@ bool KZTime::isDstAt(std::uint32_t seconds)
 {
     if (CrossPlatformApi::daylight() == 0)
         return false;
-    const unsigned year = KZDate(seconds / kSecondsPerDay, 0).Year();
+    const auto year = static_cast<unsigned>(civilFromDayNumber(kJan1st1901 + seconds / kSecondsPerDay).year);
     return BeginDST(year) <= seconds && seconds < EndDST(year);
 }
 
