@@ -72,7 +72,8 @@ std::uint64_t checkParts()
 // Every year, on the first and last day of January, February, March and December.
 std::uint64_t checkDayNumbers()
 {
-    const struct { unsigned month, day; } days[] = {{1, 1}, {1, 31}, {2, 1}, {2, 28}, {3, 1}, {3, 31}, {12, 1}, {12, 31}};
+    const struct { unsigned month, day; } days[] = {
+        {1, 1}, {1, 31}, {2, 1}, {2, 28}, {3, 1}, {3, 31}, {12, 1}, {12, 31}};
     std::uint64_t mismatches = 0;
     std::uint32_t year = 0;
     do {

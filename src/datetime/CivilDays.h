@@ -17,49 +17,68 @@
 #include "KZDate.h"
 
 #include <cstdint>
+#include <type_traits>
 
 namespace kzdatetime {
 
+template <typename Int>
 struct CivilDate {
-    std::int64_t year;
+    Int year;
     unsigned month;  // 1..12
     unsigned day;    // 1..31
 };
 
-constexpr bool isLeapYear(std::int64_t year)
+template <typename Int>
+constexpr bool isLeapYear(Int year)
 {
     return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
 }
 
-constexpr unsigned lastDayOfMonth(std::int64_t year, unsigned month)
+inline constexpr unsigned char kDaysInMonthOfCommonYear[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+
+template <typename Int>
+constexpr unsigned lastDayOfMonth(Int year, unsigned month)
 {
-    constexpr unsigned char kCommonYear[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    return month == 2 && isLeapYear(year) ? 29u : kCommonYear[month - 1];
+    return month == 2 && isLeapYear(year) ? 29u : kDaysInMonthOfCommonYear[month - 1];
 }
 
-// Days since 1 January 1970 (negative before it).
-constexpr std::int64_t daysFromCivil(std::int64_t year, unsigned month, unsigned day)
+// Floor division, for counting eras before year 0 too.
+template <typename Int>
+constexpr Int floorDiv(Int value, Int divisor)
+{
+    if constexpr (std::is_signed_v<Int>)
+        return (value >= 0 ? value : value - (divisor - 1)) / divisor;
+    else
+        return value / divisor;
+}
+
+// Days since 1 January 1970. A signed Int counts exactly (negative before
+// 1970); an unsigned one modulo its range, which is what KZDate's day numbers
+// do and is also faster.
+template <typename Int>
+constexpr Int daysFromCivil(Int year, unsigned month, unsigned day)
 {
     year -= month <= 2 ? 1 : 0;
-    const std::int64_t era = (year >= 0 ? year : year - 399) / 400;
-    const auto yearOfEra = static_cast<unsigned>(year - era * 400);                // 0..399
+    const Int era = floorDiv<Int>(year, 400);
+    const auto yearOfEra = static_cast<unsigned>(year - era * 400);                                 // 0..399
     const unsigned dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;  // 0..365
     const unsigned dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;  // 0..146096
-    return era * 146097 + static_cast<std::int64_t>(dayOfEra) - 719468;
+    return static_cast<Int>(era * 146097 + dayOfEra - 719468);
 }
 
-// The inverse of daysFromCivil, for every count.
-constexpr CivilDate civilFromDays(std::int64_t days)
+// The inverse of daysFromCivil: the date `days` after 1 January 1970.
+template <typename Int>
+constexpr CivilDate<Int> civilFromDays(Int days)
 {
     days += 719468;  // now counted from 1 March of year 0
-    const std::int64_t era = (days >= 0 ? days : days - 146096) / 146097;
+    const Int era = floorDiv<Int>(days, 146097);
     const auto dayOfEra = static_cast<unsigned>(days - era * 146097);                                  // 0..146096
     const unsigned yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;  // 0..399
     const unsigned dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);          // 0..365
     const unsigned shiftedMonth = (5 * dayOfYear + 2) / 153;                                            // 0 = March
     const unsigned day = dayOfYear - (153 * shiftedMonth + 2) / 5 + 1;
     const unsigned month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
-    return {static_cast<std::int64_t>(yearOfEra) + era * 400 + (month <= 2 ? 1 : 0), month, day};
+    return {static_cast<Int>(era * 400 + yearOfEra + (month <= 2 ? 1 : 0)), month, day};
 }
 
 // --- KZDate day numbers ----------------------------------------------------
@@ -68,30 +87,31 @@ constexpr CivilDate civilFromDays(std::int64_t days)
 constexpr std::uint32_t kDayNumberOf1970 = 2440588;
 
 // The day number of a date, modulo 2^32 as KZDate holds it. The library's
-// original formula multiplied the count of centuries by 146097 in 32 bits;
-// from year 2939900 on that product wraps, and each wrap takes 2^30 days off
-// the number. So did year 0's January and February, counted as those of
-// year 2^32. Both are kept, so every year gives the number it always gave.
-// The date is not checked.
+// original formula multiplied the count of centuries (from 1 March of year 0)
+// by 146097 in 32 bits; from year 2939900 on that product wraps, and each
+// wrap takes 2^30 days off the number. Kept, so every year gives the number
+// it always gave. The date is not checked.
 constexpr std::uint32_t dayNumberFromCivil(std::uint32_t year, unsigned month, unsigned day)
 {
-    const std::int64_t wholeYear = year == 0 && month <= 2 ? std::int64_t{1} << 32 : std::int64_t{year};
-    const std::int64_t centuries = (wholeYear - (month <= 2 ? 1 : 0)) / 100;
-    const std::int64_t lostToWraps = (centuries * 146097 >> 32) << 30;
-    return static_cast<std::uint32_t>(daysFromCivil(wholeYear, month, day) + kDayNumberOf1970 - lostToWraps);
+    const std::uint32_t dayNumber = daysFromCivil(year, month, day) + kDayNumberOf1970;
+    const std::uint32_t shiftedYear = month <= 2 ? year - 1 : year;  // year 0's January wraps too
+    if (shiftedYear < 2939900)
+        return dayNumber;
+    const auto wraps = static_cast<std::uint32_t>(std::uint64_t{shiftedYear / 100} * 146097 >> 32);
+    return dayNumber - (wraps << 30);
 }
 
 constexpr std::uint32_t kJan1st1901 = dayNumberFromCivil(1901, 1, 1);  // day 0 of KZDate(n, 0) and of KZTime
 
 // The date of a day number. The original formula multiplied the days since
-// the day before 1 March of year 0 by 4 in 32 bits, so it reads every number
+// the day before 1 March of year 0 by 4 in 32 bits, so it read every number
 // modulo 2^30 days, starting from 1 March of year 0: the null date reads as
 // 28 February 2935093. Kept, so every number reads as it always did.
-constexpr CivilDate civilFromDayNumber(std::uint32_t dayNumber)
+constexpr CivilDate<std::uint32_t> civilFromDayNumber(std::uint32_t dayNumber)
 {
-    constexpr std::uint32_t kMarch1st0 = static_cast<std::uint32_t>(daysFromCivil(0, 3, 1) + kDayNumberOf1970);
+    constexpr std::uint32_t kMarch1st0 = daysFromCivil<std::uint32_t>(0, 3, 1) + kDayNumberOf1970;
     const std::uint32_t sinceMarch1st0 = (dayNumber - kMarch1st0) & ((std::uint32_t{1} << 30) - 1);
-    return civilFromDays(std::int64_t{sinceMarch1st0} + daysFromCivil(0, 3, 1));
+    return civilFromDays(sinceMarch1st0 + daysFromCivil<std::uint32_t>(0, 3, 1));
 }
 
 // 1 = Monday .. 7 = Sunday; Julian Day 0 was a Monday. Counted from the day

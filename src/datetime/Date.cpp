@@ -27,16 +27,6 @@ inline std::uint32_t dayNumber(unsigned month, unsigned day, unsigned year)
     return isDayWithinMonth(month, day, year) ? dayNumberFromCivil(year, month, day) : 0;
 }
 
-struct Parts {
-    unsigned month, day, year;
-};
-
-inline Parts splitDayNumber(std::uint32_t dayNumber)
-{
-    const CivilDate date = civilFromDayNumber(dayNumber);
-    return {date.month, date.day, static_cast<unsigned>(date.year)};
-}
-
 } // namespace
 
 std::uint32_t KZDate::Jday(unsigned month, unsigned day, unsigned year) { return dayNumber(month, day, year); }
@@ -78,24 +68,24 @@ KZDate::KZDate(const KZTime& time)
 
 void KZDate::Mdy(unsigned& month, unsigned& day, unsigned& year) const
 {
-    const Parts p = splitDayNumber(m_day);
-    month = p.month;
-    day = p.day;
-    year = p.year;
+    const CivilDate<std::uint32_t> date = civilFromDayNumber(m_day);
+    month = date.month;
+    day = date.day;
+    year = date.year;
 }
 
-unsigned KZDate::Month() const { return splitDayNumber(m_day).month; }
-unsigned KZDate::DayOfMonth() const { return splitDayNumber(m_day).day; }
-unsigned KZDate::Year() const { return splitDayNumber(m_day).year; }
+unsigned KZDate::Month() const { return civilFromDayNumber(m_day).month; }
+unsigned KZDate::DayOfMonth() const { return civilFromDayNumber(m_day).day; }
+unsigned KZDate::Year() const { return civilFromDayNumber(m_day).year; }
 
-unsigned KZDate::Day() const { return m_day - dayNumber(12, 31, splitDayNumber(m_day).year - 1); }
+unsigned KZDate::Day() const { return m_day - dayNumber(12, 31, civilFromDayNumber(m_day).year - 1); }
 
 unsigned KZDate::WeekDay(unsigned n) const
 {
     std::uint32_t day = m_day;
     if (n != 0) {
-        const Parts p = splitDayNumber(m_day);
-        day = dayNumber(n, p.month, p.year);
+        const CivilDate<std::uint32_t> date = civilFromDayNumber(m_day);
+        day = dayNumber(n, date.month, date.year);
     }
     return weekdayOfDayNumber(day);
 }
@@ -114,20 +104,20 @@ KZDate KZDate::Previous(const char* dayName) const { return Previous(DayOfWeek(d
 
 unsigned KZDate::DaysInMonth(unsigned month) const
 {
-    const Parts p = splitDayNumber(m_day);
+    const CivilDate<std::uint32_t> date = civilFromDayNumber(m_day);
     if (month == 0)
-        month = p.month;
+        month = date.month;
     if (month < 1 || month > 12)
         return 0;
-    return lastDayOfMonth(p.year, month);
+    return lastDayOfMonth(date.year, month);
 }
 
 unsigned KZDate::FirstDayOfMonth(unsigned month) const
 {
     if (month < 1 || month > 12)
         return 0;
-    const std::int64_t year = civilFromDayNumber(m_day).year;
-    return static_cast<unsigned>(daysFromCivil(year, month, 1) - daysFromCivil(year, 1, 1)) + 1;
+    const std::uint32_t year = civilFromDayNumber(m_day).year;
+    return daysFromCivil(year, month, 1) - daysFromCivil(year, 1, 1) + 1;
 }
 
 int KZDate::CompareTo(const KZDate& other) const

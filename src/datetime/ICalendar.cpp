@@ -73,12 +73,12 @@ std::string dateValue(const KZDate& date)
 // UTC, held within years 1..9999.
 std::string stampValue(std::time_t stamp)
 {
-    const std::int64_t lowest = daysFromCivil(1, 1, 1) * kSecondsPerDay;
-    const std::int64_t highest = daysFromCivil(10000, 1, 1) * kSecondsPerDay - 1;
+    const std::int64_t lowest = daysFromCivil(std::int64_t{1}, 1, 1) * kSecondsPerDay;
+    const std::int64_t highest = daysFromCivil(std::int64_t{10000}, 1, 1) * kSecondsPerDay - 1;
     const std::int64_t t = std::clamp(static_cast<std::int64_t>(stamp), lowest, highest);
     const std::int64_t days = t / kSecondsPerDay - (t % kSecondsPerDay < 0 ? 1 : 0);
     const std::int64_t secs = t - days * kSecondsPerDay;
-    const CivilDate date = civilFromDays(days);
+    const CivilDate<std::int64_t> date = civilFromDays(days);
     char text[32];
     std::snprintf(text, sizeof text, "%sT%02d%02d%02dZ",
                   dateValue(static_cast<unsigned>(date.year), date.month, date.day).c_str(),

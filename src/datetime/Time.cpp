@@ -28,8 +28,8 @@ KZTime::KZTime(const KZDate& date, unsigned hour, unsigned minute, unsigned seco
     if (isNullDate(date))
         return;
     // Start one hour early and probe the rule on both sides of the hour.
-    std::uint32_t t = (dayNumberOf(date) - dayNumberOf(RefDate)) * kSecondsPerDay + hour * kSecondsPerHour - kSecondsPerHour
-        + minute * 60u + second;
+    std::uint32_t t = (dayNumberOf(date) - dayNumberOf(RefDate)) * kSecondsPerDay + hour * kSecondsPerHour
+        - kSecondsPerHour + minute * 60u + second;
     if (t != 0)
         t += zoneOffset();
     if (isDstAt(t)) {
@@ -78,7 +78,7 @@ bool KZTime::isDstAt(std::uint32_t seconds)
 {
     if (CrossPlatformApi::daylight() == 0)
         return false;
-    const auto year = static_cast<unsigned>(civilFromDayNumber(kJan1st1901 + seconds / kSecondsPerDay).year);
+    const unsigned year = civilFromDayNumber(kJan1st1901 + seconds / kSecondsPerDay).year;
     return BeginDST(year) <= seconds && seconds < EndDST(year);
 }
 
