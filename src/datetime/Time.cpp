@@ -12,15 +12,17 @@ namespace {
 
 constexpr std::uint32_t kSecondsPerDay = 86400;
 constexpr std::uint32_t kSecondsPerHour = 3600;
-constexpr std::uint32_t kSecondsTo1970 = 2177452800u;
-constexpr long kLastTimeT = 2117514495L; // 2037-02-06 06:28:15 UTC: the last second that fits
+constexpr std::uint32_t kLastSecond = 0xFFFFFFFFu;
+constexpr std::uint32_t kSecondsTo1970 = (kDayNumberOf1970 - kJan1st1901) * kSecondsPerDay;
+constexpr long kLastTimeT = kLastSecond - kSecondsTo1970; // 2037-02-06 06:28:15 UTC
+constexpr auto kLastWholeDay = static_cast<std::uint32_t>((kLastSecond + 1ull) / kSecondsPerDay - 1); // 5 February 2037
 
 std::uint32_t zoneOffset() { return static_cast<std::uint32_t>(CrossPlatformApi::timezone()); }
 
 } // namespace
 
 KZDate KZTime::RefDate = KZDate(0, 0);
-KZDate KZTime::MaxDate = KZDate(49709, 0);
+KZDate KZTime::MaxDate = KZDate(kLastWholeDay, 0);
 int KZTime::PrintDateFlag = 1;
 
 KZTime::KZTime(const KZDate& date, unsigned hour, unsigned minute, unsigned second) : m_secs(0)
