@@ -109,9 +109,10 @@ constexpr std::uint32_t kJan1st1901 = dayNumberFromCivil(1901, 1, 1);  // day 0 
 // 28 February 2935093. Kept, so every number reads as it always did.
 constexpr CivilDate<std::uint32_t> civilFromDayNumber(std::uint32_t dayNumber)
 {
-    constexpr std::uint32_t kMarch1st0 = daysFromCivil<std::uint32_t>(0, 3, 1) + kDayNumberOf1970;
-    const std::uint32_t sinceMarch1st0 = (dayNumber - kMarch1st0) & ((std::uint32_t{1} << 30) - 1);
-    return civilFromDays(sinceMarch1st0 + daysFromCivil<std::uint32_t>(0, 3, 1));
+    constexpr std::uint32_t kMarch1st0 = daysFromCivil<std::uint32_t>(0, 3, 1);  // days since 1970, modulo 2^32
+    constexpr std::uint32_t kCycle = std::uint32_t{1} << 30;
+    const std::uint32_t sinceMarch1st0 = (dayNumber - kDayNumberOf1970 - kMarch1st0) % kCycle;
+    return civilFromDays(kMarch1st0 + sinceMarch1st0);
 }
 
 // 1 = Monday .. 7 = Sunday; Julian Day 0 was a Monday. Counted from the day
