@@ -3,9 +3,9 @@
 //
 // Invariants: the library's own texts are Windows-1252; file-system texts are
 // UTF-8. Nothing here throws. Functions hold no state unless noted.
-// Threads: everything may be called from any thread, except that timezone()
-// uses the C library's shared localtime() result, and GUI calls belong to the
-// application's GUI thread.
+// Threads: everything may be called from any thread (timezone() reads local
+// time with localtime_r, not into the C library's shared localtime() result);
+// GUI calls belong to the application's GUI thread.
 #ifndef CROSS_PLATFORM_API_H
 #define CROSS_PLATFORM_API_H
 

@@ -14,8 +14,7 @@
 // data was written and is kept for compatibility.
 //
 // PrintDateFlag is process-wide and unguarded (set it at start-up); everything
-// else works on the value and the zone information and may run on any thread
-// (timezone() shares the C library's localtime() buffer).
+// else works on the value and the zone information and may run on any thread.
 #ifndef KZ_TIME_H
 #define KZ_TIME_H
 
