@@ -113,11 +113,9 @@ private:
                 if (row.isValidIn(static_cast<BundesLand>(m_rules.land)))
                     add(dayNumberOf(row.getDateForYear(year)));
         } else {
-            const YearHolidays holidays = resolveYear(year);
-            std::for_each_n(holidays.items.begin(), holidays.count, [&](const ResolvedHoliday& holiday) {
+            for (const ResolvedHoliday& holiday : resolveYear(year))
                 if (holdsFor(holiday, m_rules.land, m_rules.region))
                     add(holiday.day);
-            });
         }
         if (m_rules.eves) {
             add(dayNumberFromCivil(y, 12, 24));
