@@ -93,12 +93,9 @@ constexpr std::uint32_t kDayNumberOf1970 = 2440588;
 // it always gave. The date is not checked.
 constexpr std::uint32_t dayNumberFromCivil(std::uint32_t year, unsigned month, unsigned day)
 {
-    const std::uint32_t dayNumber = daysFromCivil(year, month, day) + kDayNumberOf1970;
-    const std::uint32_t shiftedYear = month <= 2 ? year - 1 : year;  // year 0's January wraps too
-    if (shiftedYear < 2939900)
-        return dayNumber;
-    const auto wraps = static_cast<std::uint32_t>(std::uint64_t{shiftedYear / 100} * 146097 >> 32);
-    return dayNumber - (wraps << 30);
+    const std::uint32_t centuries = (year - (month <= 2 ? 1 : 0)) / 100;  // year 0's January wraps too
+    const auto wraps = static_cast<std::uint32_t>(std::uint64_t{centuries} * 146097 >> 32);  // 0 up to 2939899
+    return daysFromCivil(year, month, day) + kDayNumberOf1970 - (wraps << 30);
 }
 
 constexpr std::uint32_t kJan1st1901 = dayNumberFromCivil(1901, 1, 1);  // day 0 of KZDate(n, 0) and of KZTime
