@@ -130,7 +130,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkAdvance(from, n, calendar);
 
     std::vector<DatedHoliday> holidays;
-    KZHolidayLaw::holidaysInPeriod(from, to, calendar.land, calendar.region, holidays);
+    const KZHolidayLaw::Status status =
+        KZHolidayLaw::holidaysInPeriod(from, to, calendar.land, calendar.region, holidays);
+    check(status == KZHolidayLaw::Ok || holidays.empty());
     const std::string name = in.rest();
     holidays.push_back(DatedHoliday{from, name, calendar.land, {}});
     ICalendarOptions options;

@@ -6,25 +6,6 @@
 // Threads: everything may be called from any thread (timezone() reads local
 // time with localtime_r, not into the C library's shared localtime() result);
 // GUI calls belong to the application's GUI thread.
-// Linux choices: text conversions go through iconv; a character the target
-// encoding cannot hold becomes '?'. keyState reads Qt's modifiers when a
-// QGuiApplication exists and caps/num lock from X11 when a display is open.
-// INI files: QSettings in IniFormat; Qt's INI codec and fallbacks stay as Qt sets them.
-// Bundle: the application's folder stands for it (X.app when that folder is X.app/Contents/MacOS).
-// An application bundle is a "*.app" folder with Contents/Info.plist (XML) and Contents/MacOS.
-// Identifier: the bundle's CFBundleIdentifier, else the desktop file name, else "unknownBundleID".
-// Removable volume: a bundle folder under /media/ or /run/media/.
-// messageBox: a modal QMessageBox; without QApplication or off the GUI thread: stderr, answer 2.
-// Windows-1252 is decoded by a table of its own (Qt 6 has no QTextCodec in QtCore).
-// getApplicationfolder reads /proc/self/exe when no QCoreApplication exists.
-// Application support (both values): the XDG data home, ~/.local/share, not ~/Library.
-// exec splits with QRegularExpression, alternatives in order (QRegExp would take the longest).
-// getDirectoryEntries runs on QRegularExpression, no Qt5Compat: patterns are read with the
-// grammar QRegExp had (what it refused, such as "x??", a lone "{" or "]", still matches nothing).
-// Documents (from exec and the Windows-1252 opener) are opened under their real UTF-8 names.
-// waitForProcess pauses 1 ms between polls instead of spinning; a pid <= 0 answers true.
-// activateApp raises and activates the focus window, or else the first visible one.
-// getDirectoryEntries keeps QDirIterator's default filters: hidden names are not listed.
 #ifndef CROSS_PLATFORM_API_H
 #define CROSS_PLATFORM_API_H
 
@@ -103,11 +84,12 @@ KZBS_API unsigned int rotl(unsigned int value, unsigned int shift);
 // A new random UUID: 38 characters, lower-case hex 8-4-4-4-12 in braces.
 KZBS_API std::string getUUID();
 
-// UTF-8 -> Windows-1252. Input that is not valid UTF-8 is reported on stderr
-// ("Fehler in internalEncoding:" and the input) and returned unchanged.
+// UTF-8 -> Windows-1252, by iconv; a character Windows-1252 cannot hold becomes
+// '?'. Input that is not valid UTF-8 is reported on stderr ("Fehler in
+// internalEncoding:" and the input) and returned unchanged.
 KZBS_API std::string internalEncoding(const std::string& utf8Text);
 
-// Windows-1252 -> UTF-8. Bytes Windows-1252 leaves undefined are reported on
+// Windows-1252 -> UTF-8, by iconv. Bytes Windows-1252 leaves undefined are reported on
 // stderr ("Fehler in fileSystemEncoding:" and the input), and the input is
 // returned unchanged.
 KZBS_API std::string fileSystemEncoding(const std::string& cp1252Text);
@@ -123,13 +105,15 @@ public:
         KeyNumLock = 144,
         KeyOption = 164    // the left Alt key; the generic Alt code 18 is not recognised
     };
-    // 1 while the key is held (caps lock, num lock: while on), else 0.
-    // Without a GUI application or display the answer is 0.
+    // 1 while the key is held (caps lock, num lock: while on), else 0. Qt's
+    // modifiers are read when a QGuiApplication exists, caps and num lock from
+    // X11 when a display is open; without either the answer is 0.
     static int keyState(KeyType key);
 };
 
 // --- Configuration (INI) files ----------------------------------------------
-// The Windows private-profile calls on QSettings in IniFormat. Every call opens
+// The Windows private-profile calls on QSettings in IniFormat, whose INI codec
+// and fallbacks stay as Qt sets them. Every call opens
 // the file by name, does its one job and closes it again; nothing is cached and
 // nothing is reported. A missing or unreadable file reads like an empty one.
 // The file name is local 8-bit; sections, keys, defaults and values are
@@ -177,13 +161,15 @@ KZBS_API std::vector<std::string> getIniSectionEntries(const char* section, cons
 // '"' one empty argument. For compatibility it keeps one odd habit: it moves on
 // by the length of each match, not past its end, so an argument found after
 // some skipped text is taken more than once: '"x" y' gives [x] [y] [y], and
-// two blanks then "a" give [a] [a] [a].
+// two blanks then "a" give [a] [a] [a]. (It runs on QRegularExpression, whose
+// alternatives match in order where QRegExp took the longest.)
 KZBS_API bool exec(const char* program, const char* arguments, const char* workingDirectory);
 
 // Waits up to about 60 seconds for the child `pid` to end. True when it ended,
 // or when waitpid fails (for example: no child of this process); false when the
 // time ran out. The exit status is discarded. A pid of 0 or less names no
-// single child (waitpid would reap any child) and answers true at once.
+// single child (waitpid would reap any child) and answers true at once. Polls
+// every millisecond rather than spinning.
 KZBS_API bool waitForProcess(int pid);
 
 // Opens the file (a Latin-1 path) with the application the desktop associates
@@ -213,7 +199,8 @@ enum SysFolder {
 // data home (~/.local/share); documents: the XDG documents folder; home: $HOME.
 KZBS_API std::string getSystemFolder(SysFolder folder);
 
-// The folder holding the running program's executable, in Windows-1252.
+// The folder holding the running program's executable, in Windows-1252; read
+// from /proc/self/exe when no QCoreApplication exists.
 KZBS_API std::string getApplicationfolder();
 
 // Names (not paths) of the entries of `folder` (local 8-bit) matching the
@@ -222,7 +209,10 @@ KZBS_API std::string getApplicationfolder();
 // "*.*" -> "*", "$" -> "\$", "." -> "\.", "*" -> ".*"; nothing else is
 // translated, so "?", "+", brackets and parentheses act as regular-expression
 // characters ("ab?.txt" matches a.txt and ab.txt). Matching is case-sensitive
-// and on the whole name. A missing folder gives an empty list.
+// and on the whole name. A missing folder gives an empty list. The pattern
+// runs on QRegularExpression (no Qt5Compat) but is read with the grammar
+// QRegExp had: what QRegExp refused, such as "x??", a lone "{" or "]", still
+// matches nothing.
 KZBS_API std::vector<std::string> getDirectoryEntries(const std::string& folder,
                                                       const std::string& pattern);
 
@@ -262,7 +252,8 @@ KZBS_API int splitpath_s(const char* path, char* drive, unsigned long driveSize,
 // Windows MessageBox on a modal QMessageBox. The low four bits of `type` pick
 // the buttons: 4 "Ja"/"Nein" (6 / 7), 6 "Abbrechen"/"Wiederholen"/"Weiter"
 // (2 / 10 / 11), anything else "OK" alone (1). Any of the bits 0x30 shows the
-// critical form. `text` and `caption` are Windows-1252. A box closed without
+// critical form. `text` and `caption` are Windows-1252, decoded by a table of
+// the library's own (Qt 6 has no QTextCodec in QtCore). A box closed without
 // a click (Escape, the window's close button) answers as its escape button:
 // 1 for the OK box, 7 ("Nein") for Ja/Nein, 2 ("Abbrechen") for the three
 // buttons. Without a QApplication, or off the GUI thread, "caption: text" goes
@@ -275,6 +266,9 @@ KZBS_API bool isDebuggerPresent();
 } // namespace CrossPlatformApi
 
 // --- Application bundle -----------------------------------------------------
+// A bundle is a "*.app" folder with Contents/Info.plist (XML) and
+// Contents/MacOS. The application's folder stands for its bundle: X.app when
+// that folder is X.app/Contents/MacOS, else the folder itself.
 
 // Where the application's bundle folder lies, asked by getDriveType.
 struct BundlePathInfo {
@@ -284,7 +278,8 @@ struct BundlePathInfo {
 
 KZBS_API BundlePathInfo getBundlePathInfo();
 
-// Brings the application's window to the front; nothing without a GUI.
+// Brings the application's window to the front: the focus window, or else the
+// first visible one; nothing without a GUI.
 KZBS_API void activateApp();
 
 // The identifier the application presents itself under: for a program nested

@@ -5,7 +5,9 @@
 // = 2451545). Day number 0 is the null date: constructors yield it for an
 // invalid day/month/year; everything else computes from it as from any number
 // (its parts read as 28 February 2935093). Date arithmetic is integer
-// arithmetic on the day number, wrapping modulo 2^32.
+// arithmetic on the day number, wrapping modulo 2^32. Parts are read modulo
+// 2^30 days from 1 March of year 0 (day number 1721120), so every number
+// reads as a date between then and 5 June 2939805.
 //
 // Two-digit years: wherever a date is built from a year, a year of 137 or less
 // means 1900 plus that year (0..99 -> 1900..1999, 100..137 -> 2000..2037).

@@ -86,6 +86,9 @@ public:
     static constexpr int FirstYear = 1990;
     static constexpr int LastYear = 4099;
 
+    // KZWorkdays::Status uses the same names for the same answers, and the
+    // same values but one: OutOfRange is 3 here and 4 there, where 3 is
+    // BadWeek. The values are fixed; compare codes by name across the two.
     enum Status : int {
         Ok = 0,
         BeforeFirstYear = 1,  // the question reaches before 1990
@@ -105,19 +108,20 @@ public:
     // holiday carries every place where it holds that year, not only `land`.
     // An unknown region is reported first, then a reversed period (Ok,
     // empty), then the years.
-    static Status holidaysInPeriod(const KZDate& from, const KZDate& to, KZBasicServices::BundesLand land,
+    [[nodiscard]] static Status holidaysInPeriod(const KZDate& from, const KZDate& to, KZBasicServices::BundesLand land,
                                    const std::string& region, std::vector<DatedHoliday>& out);
 
     // 0: a holiday that holds in `land` (and `region`) falls on `date`;
     // 2: holidays fall on it that hold elsewhere only; 1: no holiday anywhere;
-    // -1: `date` is before 1990; -2: unknown region; -3: after 4099.
-    static int isPublicHoliday(const KZDate& date, KZBasicServices::BundesLand land,
+    // -1: `date` is before 1990; -2: unknown region; -3: after 4099 (the
+    // negated Status codes).
+    [[nodiscard]] static int isPublicHoliday(const KZDate& date, KZBasicServices::BundesLand land,
                                const std::string& region = "");
 
     // Where the holiday called `name` (exact, Windows-1252) holds in `year`:
     // the mask of whole states and the regions. An unknown name, or one not
     // in force that year, gives Ok with states 0 and no regions.
-    static Status whereHolds(const std::string& name, int year, int& states,
+    [[nodiscard]] static Status whereHolds(const std::string& name, int year, int& states,
                              std::vector<const KZBasicServices::HolidayRegion*>& regions);
 
     // The name the law of `state` (one state) gives `holiday`: its common

@@ -33,16 +33,17 @@ public:
     // DESCRIPTION. A holiday whose date no iCalendar DATE can hold (the null
     // date, years after 9998) is left out. prodId and uidDomain are written
     // as TEXT, escaped.
-    static std::string write(const std::vector<DatedHoliday>& holidays, const ICalendarOptions& options = {});
+    [[nodiscard]] static std::string write(const std::vector<DatedHoliday>& holidays,
+                                           const ICalendarOptions& options = {});
 
     // One content line ("NAME:value", UTF-8) folded at 75 octets, with CRLF.
     // Continuation lines start with one space, which counts in their 75. A
     // content line cannot hold CR or LF; any there are dropped.
-    static std::string foldLine(const std::string& line);
+    [[nodiscard]] static std::string foldLine(const std::string& line);
     // A TEXT value with backslash, semicolon, comma and newline (LF, CR LF or
     // a lone CR) escaped. Other control characters but TAB cannot stand in
     // TEXT and are dropped.
-    static std::string escapeText(const std::string& utf8);
+    [[nodiscard]] static std::string escapeText(const std::string& utf8);
 };
 
 #endif // KZ_ICALENDAR_H

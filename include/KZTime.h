@@ -13,8 +13,6 @@
 // hour differently when the machine is on summer time; that is how existing
 // data was written and is kept for compatibility.
 //
-// "Now" is read through CrossPlatformApi::now(), so it can be pinned.
-// Linux choice: asFormatString gives "" when strftime's text does not fit.
 // PrintDateFlag is process-wide and unguarded (set it at start-up); everything
 // else works on the value and the zone information and may run on any thread.
 #ifndef KZ_TIME_H
@@ -31,7 +29,7 @@ class KZBS_API KZTime {
 public:
     // --- Construction ----------------------------------------------------------
 
-    // Now.
+    // Now, read through CrossPlatformApi::now(), so a test can pin it.
     KZTime();
     // The moment the local clock shows hour:minute:second on `date`. Null for
     // the null date and for a clock time skipped when summer time begins; the

@@ -41,6 +41,10 @@ struct KZBS_API WorkdayCalendar {
 
 class KZBS_API KZWorkdays {
 public:
+    // Ok, BeforeFirstYear and UnknownRegion have the meaning and the value
+    // they have in KZHolidayLaw::Status; OutOfRange is 4 here but 3 there,
+    // as 3 is BadWeek here. The values are fixed; compare codes by name
+    // across the two.
     enum Status : int {
         Ok = 0,
         BeforeFirstYear = 1,  // the law's rule set does not reach that year
@@ -50,11 +54,12 @@ public:
     };
 
     // Whether `date` is a working day.
-    static Status isWorkday(const KZDate& date, const WorkdayCalendar& calendar, bool& result);
+    [[nodiscard]] static Status isWorkday(const KZDate& date, const WorkdayCalendar& calendar, bool& result);
 
     // The working days from `from` to `to`, both included; 0 when to is
     // before from.
-    static Status count(const KZDate& from, const KZDate& to, const WorkdayCalendar& calendar, long& result);
+    [[nodiscard]] static Status count(const KZDate& from, const KZDate& to, const WorkdayCalendar& calendar,
+                                      long& result);
 
     // The n-th working day after `date` (n > 0) or before it (n < 0), `date`
     // itself not counted; n = 0 gives `date` when it is a working day, else
@@ -62,7 +67,7 @@ public:
     // corrected, so a century costs a few counts. A step that would end
     // before 1990 under the law is BeforeFirstYear; one that would leave
     // 1583..4099 otherwise is OutOfRange.
-    static Status advance(const KZDate& date, long n, const WorkdayCalendar& calendar, KZDate& result);
+    [[nodiscard]] static Status advance(const KZDate& date, long n, const WorkdayCalendar& calendar, KZDate& result);
 };
 
 #endif // KZ_WORKDAYS_H

@@ -1,15 +1,20 @@
 // Holidays as an iCalendar file: one all-day event per holiday.
 #include "KZICalendar.h"
 
+#include "CivilDays.h"
 #include "CrossPlatformApi.h"
 #include "../platform/Cp1252.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
 using namespace KZBasicServices;
+using namespace kzdatetime;
 
 namespace {
+
+constexpr std::int64_t kSecondsPerDay = 86400;
 
 void appendUtf8(std::string& out, unsigned code)
 {
@@ -65,31 +70,18 @@ std::string dateValue(const KZDate& date)
     return dateValue(year, month, day);
 }
 
-// UTC, from days since 1970 (civil-from-days), held within years 1..9999.
+// UTC, held within years 1..9999.
 std::string stampValue(std::time_t stamp)
 {
-    const std::int64_t lowest = -62135596800;  // 0001-01-01T00:00:00Z
-    const std::int64_t highest = 253402300799; // 9999-12-31T23:59:59Z
-    std::int64_t t = static_cast<std::int64_t>(stamp);
-    t = t < lowest ? lowest : t > highest ? highest : t;
-    std::int64_t days = t / 86400;
-    std::int64_t secs = t % 86400;
-    if (secs < 0) {
-        secs += 86400;
-        --days;
-    }
-    const std::int64_t z = days + 719468;
-    const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-    const std::int64_t doe = z - era * 146097;
-    const std::int64_t yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-    const std::int64_t doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-    const std::int64_t mp = (5 * doy + 2) / 153;
-    const std::int64_t day = doy - (153 * mp + 2) / 5 + 1;
-    const std::int64_t month = mp < 10 ? mp + 3 : mp - 9;
-    const std::int64_t year = yoe + era * 400 + (month <= 2 ? 1 : 0);
+    const std::int64_t lowest = daysFromCivil(std::int64_t{1}, 1, 1) * kSecondsPerDay;
+    const std::int64_t highest = daysFromCivil(std::int64_t{10000}, 1, 1) * kSecondsPerDay - 1;
+    const std::int64_t t = std::clamp(static_cast<std::int64_t>(stamp), lowest, highest);
+    const std::int64_t days = t / kSecondsPerDay - (t % kSecondsPerDay < 0 ? 1 : 0);
+    const std::int64_t secs = t - days * kSecondsPerDay;
+    const CivilDate<std::int64_t> date = civilFromDays(days);
     char text[32];
     std::snprintf(text, sizeof text, "%sT%02d%02d%02dZ",
-                  dateValue(static_cast<unsigned>(year), static_cast<unsigned>(month), static_cast<unsigned>(day)).c_str(),
+                  dateValue(static_cast<unsigned>(date.year), date.month, date.day).c_str(),
                   static_cast<int>(secs / 3600), static_cast<int>(secs / 60 % 60), static_cast<int>(secs % 60));
     return text;
 }
@@ -180,7 +172,7 @@ std::string KZICalendar::write(const std::vector<DatedHoliday>& holidays, const 
     for (const DatedHoliday& holiday : holidays) {
         // A date an iCalendar DATE cannot hold (the null date among them) is left out.
         const unsigned year = holiday.date.Year();
-        if (holiday.date.Hash() == 0 || year < 1 || year > 9998)
+        if (isNullDate(holiday.date) || year < 1 || year > 9998)
             continue;
         const std::string day = dateValue(holiday.date);
         out += foldLine("BEGIN:VEVENT");

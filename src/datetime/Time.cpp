@@ -1,32 +1,37 @@
 // KZTime: seconds since 1901, local time and the fixed daylight-saving rule.
 #include "KZTime.h"
 
+#include "CivilDays.h"
 #include "CrossPlatformApi.h"
 
 #include <ctime>
+
+using namespace kzdatetime;
 
 namespace {
 
 constexpr std::uint32_t kSecondsPerDay = 86400;
 constexpr std::uint32_t kSecondsPerHour = 3600;
-constexpr std::uint32_t kSecondsTo1970 = 2177452800u;
-constexpr long kLastTimeT = 2117514495L; // 2037-02-06 06:28:15 UTC: the last second that fits
+constexpr std::uint32_t kLastSecond = 0xFFFFFFFFu;
+constexpr std::uint32_t kSecondsTo1970 = (kDayNumberOf1970 - kJan1st1901) * kSecondsPerDay;
+constexpr long kLastTimeT = kLastSecond - kSecondsTo1970; // 2037-02-06 06:28:15 UTC
+constexpr auto kLastWholeDay = static_cast<std::uint32_t>((kLastSecond + 1ull) / kSecondsPerDay - 1); // 5 February 2037
 
 std::uint32_t zoneOffset() { return static_cast<std::uint32_t>(CrossPlatformApi::timezone()); }
 
 } // namespace
 
 KZDate KZTime::RefDate = KZDate(0, 0);
-KZDate KZTime::MaxDate = KZDate(49709, 0);
+KZDate KZTime::MaxDate = KZDate(kLastWholeDay, 0);
 int KZTime::PrintDateFlag = 1;
 
 KZTime::KZTime(const KZDate& date, unsigned hour, unsigned minute, unsigned second) : m_secs(0)
 {
-    if (date.Hash() == 0)
+    if (isNullDate(date))
         return;
     // Start one hour early and probe the rule on both sides of the hour.
-    std::uint32_t t = (date.Hash() - RefDate.Hash()) * kSecondsPerDay + hour * kSecondsPerHour - kSecondsPerHour
-        + minute * 60u + second;
+    std::uint32_t t = (dayNumberOf(date) - dayNumberOf(RefDate)) * kSecondsPerDay + hour * kSecondsPerHour
+        - kSecondsPerHour + minute * 60u + second;
     if (t != 0)
         t += zoneOffset();
     if (isDstAt(t)) {
@@ -59,12 +64,12 @@ KZTime::KZTime() : m_secs(0)
 
 bool KZTime::AssertDate(const KZDate& date)
 {
-    return RefDate.Hash() <= date.Hash() && date.Hash() <= MaxDate.Hash();
+    return dayNumberOf(RefDate) <= dayNumberOf(date) && dayNumberOf(date) <= dayNumberOf(MaxDate);
 }
 
 std::uint32_t KZTime::BuildLocal(const KZDate& date, unsigned hour)
 {
-    return (date.Hash() - RefDate.Hash()) * kSecondsPerDay + hour * kSecondsPerHour + zoneOffset();
+    return (dayNumberOf(date) - dayNumberOf(RefDate)) * kSecondsPerDay + hour * kSecondsPerHour + zoneOffset();
 }
 
 std::uint32_t KZTime::BeginDST(unsigned year) { return BuildLocal(KZDate(31, 3, year).Previous(7), 2); }
@@ -75,7 +80,7 @@ bool KZTime::isDstAt(std::uint32_t seconds)
 {
     if (CrossPlatformApi::daylight() == 0)
         return false;
-    const unsigned year = KZDate(seconds / kSecondsPerDay, 0).Year();
+    const unsigned year = civilFromDayNumber(kJan1st1901 + seconds / kSecondsPerDay).year;
     return BeginDST(year) <= seconds && seconds < EndDST(year);
 }
 

@@ -2,6 +2,7 @@
 // subtracted; stepping estimates by weeks and corrects the last few days.
 #include "KZWorkdays.h"
 
+#include "CivilDays.h"
 #include "HolidayLawTable.h"
 
 #include <algorithm>
@@ -10,21 +11,20 @@
 
 using namespace KZBasicServices;
 using namespace KZBasicServices::holidaylaw;
+using namespace kzdatetime;
 
 namespace {
 
 using Day = std::int64_t;  // a day number, signed so steps can be subtracted
 
-// Day numbers, constant so no static initialisation order matters.
-constexpr Day kFirstDay = 2299239;     // 1 January 1583
-constexpr Day kLastDay = 3218554;      // 31 December 4099
-constexpr Day kFirstLawDay = 2447893;  // 1 January 1990
-static_assert(KZHolidayLaw::FirstYear == 1990 && KZHolidayLaw::LastYear == 4099, "the range above");
+// The range, from the first Gregorian year Easter is computed for.
+constexpr Day kFirstDay = dayNumberFromCivil(1583, 1, 1);
+constexpr Day kLastDay = dayNumberFromCivil(KZHolidayLaw::LastYear, 12, 31);
+constexpr Day kFirstLawDay = dayNumberFromCivil(KZHolidayLaw::FirstYear, 1, 1);
 
-// Julian day numbers start on a Monday: 1 = Monday .. 7 = Sunday.
-int weekdayOf(Day day) { return static_cast<int>(day % 7) + 1; }
-
-int yearOf(Day day) { return static_cast<int>(dateOfDay(static_cast<std::uint32_t>(day)).Year()); }
+// Days within the range only, which fit a day number.
+int weekdayOf(Day day) { return static_cast<int>(weekdayOfDayNumber(static_cast<std::uint32_t>(day))); }
+int yearOf(Day day) { return static_cast<int>(civilFromDayNumber(static_cast<std::uint32_t>(day)).year); }
 
 // A WorkdayCalendar checked and reduced to what the counting needs.
 struct Rules {
@@ -83,24 +83,22 @@ public:
     long countWithin(int year, Day lo, Day hi)
     {
         load(year);
-        long n = 0;
-        for (int i = 0; i < m_count; ++i)
-            if (lo <= m_days[static_cast<std::size_t>(i)] && m_days[static_cast<std::size_t>(i)] <= hi)
-                ++n;
-        return n;
+        return std::count_if(m_days.data(), end(), [&](Day day) { return lo <= day && day <= hi; });
     }
 
     bool isFree(Day day)
     {
         load(yearOf(day));
-        return std::binary_search(m_days.begin(), m_days.begin() + m_count, day);
+        return std::binary_search(m_days.data(), end(), day);
     }
 
 private:
+    Day* end() { return m_days.data() + m_count; }
+
     void add(Day day)
     {
-        if (weekdayOf(day) <= m_rules.week && m_count < static_cast<int>(m_days.size()))
-            m_days[static_cast<std::size_t>(m_count++)] = day;
+        if (weekdayOf(day) <= m_rules.week && m_count < m_days.size())
+            m_days[m_count++] = day;
     }
 
     void load(int year)
@@ -113,24 +111,23 @@ private:
         if (m_rules.classic) {
             for (const PublicHolidayInfoBase& row : g_holiday_Info)
                 if (row.isValidIn(static_cast<BundesLand>(m_rules.land)))
-                    add(row.getDateForYear(year).Hash());
+                    add(dayNumberOf(row.getDateForYear(year)));
         } else {
-            const YearHolidays holidays = resolveYear(year);
-            for (int i = 0; i < holidays.count; ++i)
-                if (holdsFor(holidays.items[static_cast<std::size_t>(i)], m_rules.land, m_rules.region))
-                    add(holidays.items[static_cast<std::size_t>(i)].day);
+            for (const ResolvedHoliday& holiday : resolveYear(year))
+                if (holdsFor(holiday, m_rules.land, m_rules.region))
+                    add(holiday.day);
         }
         if (m_rules.eves) {
-            add(KZDate(24, 12, y).Hash());
-            add(KZDate(31, 12, y).Hash());
+            add(dayNumberFromCivil(y, 12, 24));
+            add(dayNumberFromCivil(y, 12, 31));
         }
-        std::sort(m_days.begin(), m_days.begin() + m_count);
-        m_count = static_cast<int>(std::unique(m_days.begin(), m_days.begin() + m_count) - m_days.begin());
+        std::sort(m_days.data(), end());
+        m_count = static_cast<std::size_t>(std::unique(m_days.data(), end()) - m_days.data());
     }
 
     const Rules& m_rules;
     int m_year = -1;
-    int m_count = 0;
+    std::size_t m_count = 0;
     std::array<Day, kMaxRows + 2> m_days{};
 };
 
@@ -219,11 +216,11 @@ KZWorkdays::Status KZWorkdays::isWorkday(const KZDate& date, const WorkdayCalend
 {
     result = false;
     Rules rules;
-    const Status status = prepareForDay(calendar, date.Hash(), rules);
+    const Status status = prepareForDay(calendar, dayNumberOf(date), rules);
     if (status != Ok)
         return status;
     FreeDays free(rules);
-    result = isWorkingDay(date.Hash(), free, rules.week);
+    result = isWorkingDay(dayNumberOf(date), free, rules.week);
     return Ok;
 }
 
@@ -235,8 +232,8 @@ KZWorkdays::Status KZWorkdays::count(const KZDate& from, const KZDate& to, const
     Status status = prepare(calendar, rules);
     if (status != Ok)
         return status;
-    const Day lo = from.Hash();
-    const Day hi = to.Hash();
+    const Day lo = dayNumberOf(from);
+    const Day hi = dayNumberOf(to);
     if (lo == 0 || hi == 0 || checkDay(lo, rules) == OutOfRange || checkDay(hi, rules) == OutOfRange)
         return OutOfRange;
     if (hi < lo)
@@ -252,11 +249,11 @@ KZWorkdays::Status KZWorkdays::advance(const KZDate& date, long n, const Workday
 {
     result = nullDate();
     Rules rules;
-    const Status status = prepareForDay(calendar, date.Hash(), rules);
+    const Status status = prepareForDay(calendar, dayNumberOf(date), rules);
     if (status != Ok)
         return status;
     FreeDays free(rules);
-    const Day start = date.Hash();
+    const Day start = dayNumberOf(date);
     // More working days than there are days in the whole range cannot be
     // reached; this also keeps n * 7 from overflowing.
     const Day span = kLastDay - kFirstDay + 1;
@@ -276,6 +273,6 @@ KZWorkdays::Status KZWorkdays::advance(const KZDate& date, long n, const Workday
     }
     if (!found)
         return OutOfRange;
-    result = dateOfDay(static_cast<std::uint32_t>(found));
+    result = dateOfDayNumber(static_cast<std::uint32_t>(found));
     return Ok;
 }

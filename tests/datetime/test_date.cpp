@@ -77,10 +77,44 @@ TEST(DateNumbers, MdyRoundTripsAndMatchesAnIndependentCalendar)
         if (KZDate::Jday(month, day, year) != n || referenceDays(year, month, day) + 2440588 != std::int64_t{n})
             FAIL() << "day number " << n << " -> " << day << "." << month << "." << year;
     }
-    for (unsigned big : {100000u, 1000000u, 2900000u}) {
-        KZDate(28, 2, big).Mdy(month, day, year);
-        EXPECT_TRUE(day == 28 && month == 2 && year == big) << big;
+}
+
+// Day numbers are unsigned 32-bit and their parts are computed modulo 2^30
+// days counted from 1 March of year 0 (day number 1721120): every number
+// reads as the date of its representative in that cycle, which ends in June
+// 2939805, and day numbers round-trip within it.
+TEST(DateNumbers, EveryDayNumberReadsAsItsDateInTheCycle)
+{
+    constexpr std::uint32_t kCycleStart = 1721120, kCycle = std::uint32_t{1} << 30;
+    unsigned day, month, year;
+    std::uint32_t n = 0;
+    do {
+        const std::uint32_t inCycle = kCycleStart + (n - kCycleStart) % kCycle;
+        KZDate(n - 2415386u, 0).Mdy(month, day, year);
+        if (referenceDays(year, month, day) + 2440588 != std::int64_t{inCycle} ||
+            (year > 137 && KZDate::Jday(month, day, year) != inCycle))
+            FAIL() << "day number " << n << " -> " << day << "." << month << "." << year;
+        n += 1021;
+    } while (n >= 1021);
+}
+
+TEST(DateNumbers, WrapAroundEdgesKeepTheirAnswers)
+{
+    const struct { std::uint32_t number; unsigned day, month, year, weekday; } parts[] = {
+        {0, 28, 2, 2935093, 1} /* the null date */, {1721119, 5, 6, 2939805, 2} /* the cycle's last day */,
+        {1721120, 1, 3, 0, 3}, {1721120 + (1u << 30), 1, 3, 0, 4}, {0xFFFFFFFEu, 26, 2, 2935093, 3},
+        {0xFFFFFFFFu, 27, 2, 2935093, 7} /* the weekday counts from n + 1 in 32 bits */};
+    for (const auto& c : parts) {
+        const KZDate date(c.number - 2415386u, 0);
+        EXPECT_TRUE(date.DayOfMonth() == c.day && date.Month() == c.month && date.Year() == c.year &&
+                    date.WeekDay() == c.weekday) << c.number;
     }
+    // From year 2939900 on the century count times 146097 wraps in 32 bits.
+    const struct { unsigned day, month, year; std::uint32_t number; } numbers[] = {
+        {28, 2, 2935093, 1u << 30}, {31, 12, 2939899, 1075497485}, {1, 1, 2939900, 1075497486},
+        {1, 3, 2939900, 1755721}, {31, 12, 4294967295u, 1043250629}};
+    for (const auto& c : numbers)
+        EXPECT_EQ(KZDate::Jday(c.month, c.day, c.year), c.number) << c.day << "." << c.month << "." << c.year;
 }
 
 TEST(DateNumbers, MonthLengthsOfTheDatesYear)
@@ -89,7 +123,10 @@ TEST(DateNumbers, MonthLengthsOfTheDatesYear)
     EXPECT_EQ(feb2004.DaysInMonth(0), 29u); // month 0: the date's own month
     EXPECT_EQ(jun2005.DaysInMonth(2), 28u);
     EXPECT_EQ(jun2005.DaysInMonth(13), 0u);
-    EXPECT_EQ(feb2004.FirstDayOfMonth(3), 61u);
+    const struct { KZDate date; unsigned month, first; } firsts[] = {
+        {feb2004, 3, 61}, {jun2005, 3, 60}, {feb2004, 12, 336}, {jun2005, 1, 1}, {KZDate(1, 1, 2100), 3, 60}};
+    for (const auto& c : firsts)
+        EXPECT_EQ(c.date.FirstDayOfMonth(c.month), c.first) << c.date.Year() << "/" << c.month;
     EXPECT_EQ(feb2004.FirstDayOfMonth(0), 0u); // but not here
 }
 

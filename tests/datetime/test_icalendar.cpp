@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <limits>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -167,6 +168,19 @@ TEST(ICalendarWrite, DescribesStatesAndRegionsAndSkipsUnwritableDates)
     EXPECT_NE(ics.find("DESCRIPTION:Gesetzlicher Feiertag in Bayern (Stadt Augsburg)\r\n"), std::string::npos) << ics;
     EXPECT_EQ(ics.find("null"), std::string::npos);
     EXPECT_EQ(ics.find("DTSTAMP:19700101T000001Z"), ics.find("DTSTAMP:"));
+}
+
+TEST(ICalendarWrite, StampIsUtcHeldWithinYears1To9999)
+{
+    const struct { std::time_t stamp; const char* text; } cases[] = {
+        {1, "19700101T000001Z"}, {-1, "19691231T235959Z"}, {951782400, "20000229T000000Z"},
+        {-62135596801, "00010101T000000Z"}, {253402300800, "99991231T235959Z"},
+        {std::numeric_limits<std::time_t>::min(), "00010101T000000Z"},
+        {std::numeric_limits<std::time_t>::max(), "99991231T235959Z"}};
+    for (const auto& c : cases) {
+        const std::string ics = KZICalendar::write({holiday(KZDate(1, 1, 2024), "x")}, stampedAt(c.stamp));
+        EXPECT_NE(ics.find(std::string("\r\nDTSTAMP:") + c.text + "\r\n"), std::string::npos) << c.stamp;
+    }
 }
 
 // Latin-1 to UTF-8, enough for the names used here.

@@ -131,10 +131,10 @@ std::string workdays()
 std::string iCalendar()
 {
     std::vector<DatedHoliday> days;
-    KZHolidayLaw::holidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2026), BY, "A", days);
+    const int status = KZHolidayLaw::holidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2026), BY, "A", days);
     ICalendarOptions options;
     options.stamp = kzbs_test::kSummer2010;
-    return KZICalendar::write(days, options) + KZICalendar::write(days);
+    return std::to_string(status) + KZICalendar::write(days, options) + KZICalendar::write(days);
 }
 
 struct Search {
