@@ -102,7 +102,7 @@ package:
 # Run it on purpose only: after a SONAME bump, or to take in additions.
 abi-record: build
 	soname=$$(objdump -p $(BUILD)/src/libKzBasicServices.so | awk '$$1 == "SONAME" { print $$2 }') && \
-	abidw --headers-dir include --drop-private-types --suppressions abi/std.suppr --no-corpus-path --type-id-style hash \
+	abidw --headers-dir include --drop-private-types --suppressions abi/foreign.suppr --no-corpus-path --type-id-style hash \
 	      --out-file abi/$$soname.abi $(BUILD)/src/libKzBasicServices.so
 
 clean:

@@ -3,8 +3,9 @@
 # Compares the built library with the ABI recorded for its SONAME. Additions
 # pass; a change that breaks existing callers (abidiff's bit 8) fails unless
 # the SONAME was bumped with it. Exit 77 (skipped) without abidiff.
-# Only the library's own interface counts: std.suppr beside this script
-# leaves out the standard library's instantiations, as make abi-record does.
+# Only the library's own interface counts: foreign.suppr beside this script
+# leaves out what the library instantiates of the standard library and Qt,
+# as make abi-record does.
 set -u
 record=$1 library=$2 headers=$3
 
@@ -17,12 +18,11 @@ if [ ! -f "$record" ]; then
     exit 1
 fi
 
-# The symbol table itself holds nothing of the standard library's
-# (abi/local-std.map): what std.suppr leaves out must not be exported.
-std_symbols=$(sed -n 's/^ *symbol_name_regexp = //p' "$(dirname "$0")/std.suppr" | head -n1)
-leaked=$(nm -D --defined-only "$library" | awk '{ print $3 }' | grep -E "$std_symbols")
+# What foreign.suppr leaves out must not be exported either (foreign.map).
+foreign=$(sed -n 's/^ *symbol_name_regexp = //p' "$(dirname "$0")/foreign.suppr" | head -n1)
+leaked=$(nm -D --defined-only "$library" | awk '{ print $3 }' | grep -E "$foreign")
 if [ -n "$leaked" ]; then
-    echo "the library exports the standard library's instantiations:" >&2
+    echo "the library exports instantiations of the standard library or Qt:" >&2
     echo "$leaked" | c++filt >&2
     exit 1
 fi
@@ -34,7 +34,7 @@ if [ "$recorded" != "$current" ]; then
     exit 0
 fi
 
-abidiff --suppressions "$(dirname "$0")/std.suppr" --headers-dir2 "$headers" "$record" "$library"
+abidiff --suppressions "$(dirname "$0")/foreign.suppr" --headers-dir2 "$headers" "$record" "$library"
 status=$?
 if [ $((status & 3)) -ne 0 ]; then
     echo "abidiff failed (status $status)" >&2
