@@ -45,5 +45,5 @@ if [ $((status & 8)) -ne 0 ]; then
     echo "undo it, or bump the SONAME (the project's major version) and make abi-record" >&2
     exit 1
 fi
-[ $((status & 4)) -ne 0 ] && echo "compatible additions only: the check passes (the record may be refreshed)"
+[ $((status & 4)) -ne 0 ] && echo "compatible changes only: the check passes (the record may be refreshed)"
 exit 0

@@ -15,7 +15,7 @@ build="cmake ninja-build g++ pkg-config make ccache
        python3 python3-icalendar abigail-tools"
 bench="libbenchmark-dev libre2-dev libpcre2-dev"
 fuzz="clang libclang-rt-14-dev"
-package="debhelper dpkg-dev fakeroot lintian"
+package="build-essential debhelper dpkg-dev fakeroot lintian"
 debian13="mmdebstrap debian-archive-keyring"
 
 packages="$build"
