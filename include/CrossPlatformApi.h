@@ -3,9 +3,9 @@
 //
 // Invariants: the library's own texts are Windows-1252; file-system texts are
 // UTF-8. Nothing here throws. Functions hold no state unless noted.
-// Threads: everything may be called from any thread, except that timezone()
-// uses the C library's shared localtime() result, and GUI calls belong to the
-// application's GUI thread.
+// Threads: everything may be called from any thread (timezone() reads local
+// time with localtime_r, not into the C library's shared localtime() result);
+// GUI calls belong to the application's GUI thread.
 // Linux choices: text conversions go through iconv; a character the target
 // encoding cannot hold becomes '?'. keyState reads Qt's modifiers when a
 // QGuiApplication exists and caps/num lock from X11 when a display is open.

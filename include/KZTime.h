@@ -16,8 +16,7 @@
 // "Now" is read through CrossPlatformApi::now(), so it can be pinned.
 // Linux choice: asFormatString gives "" when strftime's text does not fit.
 // PrintDateFlag is process-wide and unguarded (set it at start-up); everything
-// else works on the value and the zone information and may run on any thread
-// (timezone() shares the C library's localtime() buffer).
+// else works on the value and the zone information and may run on any thread.
 #ifndef KZ_TIME_H
 #define KZ_TIME_H
 

@@ -49,7 +49,7 @@ EOF
             git -c init.defaultBranch=main init -q
             git add -A
             echo "Debian $(cat /etc/debian_version), $(g++ --version | head -n1)" >&2
-            exec make BUILD=/build/qt6 ASAN_BUILD=/build/asan QT5_BUILD=/build/qt5 \
+            exec make BUILD=/build/qt6 ASAN_BUILD=/build/asan QT5_BUILD=/build/qt5 TSAN_BUILD=/build/tsan \
                       DEB_BUILD=/build/deb "$@"' sh "$@"
 fi
 

@@ -2,13 +2,13 @@
 // the Windows result numbers.
 #include "CrossPlatformApi.h"
 #include "Cp1252.h"
+#include "MessageOnStderr.h"
 
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QThread>
 
-#include <cstdio>
 #include <vector>
 
 namespace CrossPlatformApi {
@@ -17,7 +17,7 @@ namespace {
 // Windows dialog results.
 enum Result { IdOk = 1, IdCancel = 2, IdYes = 6, IdNo = 7, IdTryAgain = 10, IdContinue = 11 };
 
-// The answer of a box that could not be shown or was closed otherwise.
+// The answer of a box closed without a click on one of its buttons.
 const int kFailed = IdCancel;
 
 QString fromCp1252(const char* text)
@@ -34,14 +34,6 @@ bool canShowWidgets()
     return qobject_cast<QApplication*>(app) && QThread::currentThread() == app->thread();
 }
 
-int reportOnStderr(const char* text, const char* caption)
-{
-    const std::string line = fileSystemEncoding(std::string(caption ? caption : "") + ": "
-                                                + (text ? text : "") + "\n");
-    std::fputs(line.c_str(), stderr);
-    return kFailed;
-}
-
 struct Choice {
     const char* title;
     QMessageBox::ButtonRole role;
@@ -53,7 +45,7 @@ struct Choice {
 int messageBox(const char* text, const char* caption, int type)
 {
     if (!canShowWidgets())
-        return reportOnStderr(text, caption);
+        return KZBasicServices::messageOnStderr(text, caption);
 
     static const Choice kOk[] = {{"OK", QMessageBox::AcceptRole, IdOk}};
     static const Choice kYesNo[] = {{"Ja", QMessageBox::YesRole, IdYes},

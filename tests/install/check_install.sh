@@ -4,13 +4,7 @@
 # after moving the prefix (its rpath is relative), and builds a consumer
 # through find_package and through pkg-config.
 set -eu
-build=$1 consumer=$2 cxx=$3
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-prefix=$work/prefix
-unset LD_LIBRARY_PATH
-
-cmake --install "$build" --prefix "$prefix" >/dev/null
+. "$(dirname "$0")/scratch_install.sh"
 test -f "$prefix/include/KzBasicServices/CrossPlatformApi.h"
 test -f "$prefix/share/man/man1/kzbs.1"
 test -f "$prefix/share/bash-completion/completions/kzbs"

@@ -86,14 +86,6 @@ TEST_F(Gui, MessageBoxButtonSetsStylesAndResults)
     EXPECT_EQ(testing::internal::GetCapturedStderr() + std::to_string(result), "Titel: Text\n2");
 }
 
-TEST(MessageBoxWithoutGui, ReportsOnStderrInUtf8AndAnswersCancel)
-{
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(cpa::messageBox("gel\xF6scht.", "Planer", 0x36), 2);
-    EXPECT_EQ(cpa::messageBox(nullptr, nullptr, 0), 2);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Planer: gel\xC3\xB6scht.\n: \n");
-}
-
 TEST_F(Gui, AssertionShowsExpressionAndPositionAndFollowsTheChoice)
 {
     const std::string shown = "ASSERTION|ASSERTION in main.c, line 12.\nAusdruck:\nx > 0\nAbbrechen = Beenden\n"
@@ -104,13 +96,3 @@ TEST_F(Gui, AssertionShowsExpressionAndPositionAndFollowsTheChoice)
         EXPECT_EQ(answer(c.click, [&] { return processAssertion(c.condition, "main.c", 12, "x > 0"); }), c.result);
 }
 
-// Without a GUI the box answers "cancel", which ends the process with status 99.
-TEST(AssertionWithoutGui, CancelEndsTheProcessAndLongPositionsAreCut)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(processAssertion(false, "main.c", 12, "x > 0"), testing::ExitedWithCode(99),
-                "ASSERTION: ASSERTION in main.c, line 12.");
-    const std::string file(1000, 'f');
-    EXPECT_EXIT(processAssertion(false, file.c_str(), 1, nullptr), testing::ExitedWithCode(99),
-                "ASSERTION in f{299}\nAusdruck:");
-}

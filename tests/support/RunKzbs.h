@@ -31,20 +31,23 @@ inline std::string shellQuote(const std::string& word)
 }
 
 // Runs `kzbs ARGS...` with `input` on its standard input, in the environment
-// given as "NAME=VALUE" words (plus the test's own environment).
+// given as "NAME=VALUE" words (plus the test's own environment). `shell` runs
+// first in the same shell ("ulimit -f 8;"); `output`, when given, receives
+// standard output instead of CliResult::out.
 inline CliResult runKzbs(const std::vector<std::string>& args, const std::string& input = "",
-                         const std::vector<std::string>& env = {})
+                         const std::vector<std::string>& env = {}, const std::string& shell = "",
+                         const std::string& output = "")
 {
     const TempFolder dir;
     const std::string base = dir.path;
     writeFile(base + "/in", input);
-    std::string command = "env";
+    std::string command = shell + " env";
     for (const std::string& e : env)
         command += " " + shellQuote(e);
     command += " " + shellQuote(KZBS_EXE);
     for (const std::string& a : args)
         command += " " + shellQuote(a);
-    command += " <" + base + "/in >" + base + "/out 2>" + base + "/err";
+    command += " <" + base + "/in >" + shellQuote(output.empty() ? base + "/out" : output) + " 2>" + base + "/err";
     const int raw = std::system(command.c_str());
     CliResult result;
     result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;

@@ -58,6 +58,8 @@ TEST(RegExpEscapes, EscReadsOneCharacter)
         {"\\s", ' ', 2},  {"\\x41", 'A', 4},  {"\\x4g", 4, 3},     {"\\xg", 0, 2},     {"\\X7E7", '~', 4},
         {"\\^a", 1, 3},   {"\\^[", 27, 3},    {"\\0101", 'A', 5},  {"\\101", 1, 4},    {"\\1x7", 7, 4},
         {"\\7z12", 138, 5}, {"\\*", '*', 2},  {"\\", '\\', 1},     {"\\^", '^', 2},    {"\\0", 0, 2},
+        // Latin-1 bytes read as signed char on every platform.
+        {"\xE4", -28, 1}, {"\\\xE4", -28, 2}, {"\\^\xE4", -92, 3},
     };
     for (const Case& c : cases) {
         const char* p = c.in;

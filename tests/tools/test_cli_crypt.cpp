@@ -62,10 +62,62 @@ TEST_F(CliCrypt, PipesAndKeySources)
     const auto back = runKzbs({"decrypt", "--key-env", "K", "-", "-"}, viaEnv.out, {"K=correct horse"});
     EXPECT_EQ(back.status, 0) << back.err;
     EXPECT_EQ(back.out, "some text");
-    // A wrong key is not detected: the result is just other bytes.
-    const auto wrong = runKzbs({"decrypt", "--key-env", "K", "-", "-"}, viaEnv.out, {"K=wrong horse"});
-    EXPECT_EQ(wrong.status, 0);
-    EXPECT_NE(wrong.out, "some text");
+}
+
+// The padding of spaces is the format's only sign of a wrong key or --bits:
+// decrypt refuses noise there unless --force. Without padding (a plain size
+// that is a multiple of 16) nothing can be seen.
+TEST_F(CliCrypt, PaddingShowsAWrongKey)
+{
+    for (const std::string& plain : {std::string("some text"), std::string(16, 'x')}) {
+        const auto enc = runKzbs({"encrypt", "--key-env", "K", "-", "-"}, plain, {"K=correct horse"});
+        ASSERT_EQ(enc.status, 0) << enc.err;
+        const bool padded = plain.size() % 16 != 0;
+        const struct { const char* key; const char* bits; } wrongs[] = {{"K=wrong horse", "128"}, {"K=correct horse", "256"}};
+        for (const auto& wrong : wrongs) {
+            const std::vector<std::string> key = {wrong.key};
+            const std::string bits = wrong.bits;
+            write("out", "previous contents");
+            const auto r = runKzbs({"decrypt", "--bits", bits, "--key-env", "K", "-", path("out")}, enc.out, key);
+            if (padded) {
+                kzbs_test::expectRefusal(r, "the key or --bits is wrong");
+                EXPECT_EQ(readFile(path("out")), "previous contents");
+            } else {
+                EXPECT_EQ(r.status, 0) << r.err;
+            }
+            const auto forced = runKzbs({"decrypt", "--force", "--bits", bits, "--key-env", "K", "-", "-"}, enc.out, key);
+            EXPECT_EQ(forced.status, 0) << forced.err;
+            EXPECT_EQ(forced.out.size(), plain.size());
+            EXPECT_NE(forced.out, plain);
+        }
+    }
+}
+
+// encrypt takes only keys that mean what they say; decrypt takes every key
+// the format takes, so streams made elsewhere stay readable.
+TEST_F(CliCrypt, KeysCountOnlyWhatTheKeySizeUses)
+{
+    write("plain", "payload");
+    write("key16", std::string(16, 'k'));
+    write("key17", std::string(16, 'k') + "z");
+    write("key32", std::string(32, 'k'));
+    write("key33", std::string(33, 'k'));
+    write("umlaut", "M\xC3\xBCller-Key");
+    const struct { std::vector<std::string> args; const char* message; } refused[] = {
+        {{"encrypt", "--key-file", path("key17"), path("plain"), path("out")},
+         "the key has 17 characters, but a 128-bit key uses only its first 16; --bits 256 uses up to 32"},
+        {{"encrypt", "--bits", "192", "--key-file", path("key32"), path("plain"), path("out")}, "uses only its first 24"},
+        {{"encrypt", "--bits", "256", "--key-file", path("key33"), path("plain"), path("out")}, "uses only its first 32"},
+        {{"encrypt", "--key-file", path("umlaut"), path("plain"), path("out")}, "outside ASCII (such as umlauts)"},
+    };
+    for (const auto& c : refused)
+        kzbs_test::expectRefusal(runKzbs(c.args), c.message);
+    ASSERT_EQ(runKzbs({"encrypt", "--key-file", path("key16"), path("plain"), path("enc")}).status, 0);
+    const auto back = runKzbs({"decrypt", "--key-file", path("key17"), path("enc"), "-"});
+    EXPECT_EQ(back.status, 0) << back.err;
+    EXPECT_EQ(back.out, "payload");
+    ASSERT_EQ(runKzbs({"encrypt", "--byte-table", "--key-file", path("umlaut"), path("plain"), path("enc")}).status, 0);
+    EXPECT_EQ(runKzbs({"decrypt", "--byte-table", "--key-file", path("umlaut"), path("enc"), "-"}).out, "payload");
 }
 
 TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
@@ -88,14 +140,14 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
         {{"decrypt", "--key-file", path("key"), path("wrongtag"), path("out")}, "tag"},
         {{"decrypt", "--key-file", path("key"), path("truncated"), path("out")}, "truncated"},
         {{"decrypt", "--key-file", path("key"), path("trailing"), path("out")}, "after the encrypted data"},
-        {{"encrypt", "--key-file", path("longkey"), path("plain"), path("out")}, "at most 64"},
+        {{"encrypt", "--key-file", path("longkey"), path("plain"), path("out")}, "uses only its first 16"},
         {{"encrypt", "--key-file", path("ctrlkey"), path("plain"), path("out")}, "--byte-table"},
-        {{"encrypt", "--key-file", path("highkey"), path("plain"), path("out")}, "0xff; use --byte-table"},
+        {{"encrypt", "--key-file", path("highkey"), path("plain"), path("out")}, "outside ASCII"},
         {{"encrypt", "--key-file", path("bigkey"), path("plain"), path("out")}, "larger than 1 MiB"},
         {{"encrypt", "--key-env", "KZ_UNSET_FOR_TEST", path("plain"), path("out")}, "not set"},
         {{"encrypt", path("plain"), path("out")}, "--key-file"},
         {{"encrypt", "--bits", "100", "--key-file", path("key"), path("plain"), path("out")}, "--bits"},
-        {{"encrypt", "--key-file", path("key"), path("missing"), path("out")}, "cannot open"},
+        {{"encrypt", "--key-file", path("key"), path("missing"), path("out")}, "missing: no such file"},
         {{"encrypt", "--key-file", path("key"), path("plain")}, "usage"},
     };
     for (const auto& c : cases) {

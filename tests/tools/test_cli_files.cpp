@@ -39,6 +39,30 @@ TEST(CliFiles, RelAbsParamAndSymbols)
     std::remove(file.c_str());
 }
 
+// Symbol files the library would expand without end or print as garbage.
+TEST(CliFiles, SymbolFilesMustBeTextWithoutCycles)
+{
+    kzbs_test::TempFolder dir;
+    const std::string file = dir / "symbols.dat";
+    const struct { std::string text, message; } cases[] = {
+        {"L=<L>x\n", "defines symbols in a cycle, <L> -> <L>,"},
+        {"A=<B>/x B=<C>\nC=<A>y D=<A>\n", "<A> -> <B> -> <C> -> <A>"},
+        {"SYS_BASEDIR=<DATA> DATA=<SYS_BASEDIR>/d\n", "<DATA> -> <SYS_BASEDIR> -> <DATA>"},
+        {std::string("A=x\0y\n", 6), "is not text: byte 0x00 in line 1"},
+        {"A=/x\nB=\x1B[31m\n", "is not text: byte 0x1B in line 2"},
+        {"A=\x81\n", "is not text: byte 0x81 in line 1"},
+    };
+    for (const auto& c : cases) {
+        kzbs_test::writeFile(file, c.text);
+        kzbs_test::expectRefusal(runKzbs({"symbols", file}), c.message);
+        kzbs_test::expectRefusal(runKzbs({"path", "parse", "x", "--symbols", file}), c.message);
+    }
+    kzbs_test::writeFile(file, "A=/a\tB=<A>/b<NOPE>\r\nC=<A><A>\n");
+    const auto r = runKzbs({"symbols", file});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, "A = /a (/a)\nB = <A>/b<NOPE> (/a/b)\nC = <A><A> (/a/a)\n");
+}
+
 TEST(CliFiles, BadInputIsOneLineOnStderr)
 {
     const std::vector<std::string> cases[] = {

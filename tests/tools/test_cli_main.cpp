@@ -3,6 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+
 using kzbs_test::runKzbs;
 
 TEST(CliMain, HelpListsTheCommands)
@@ -67,4 +74,124 @@ TEST(CliMain, ParseErrorsAreOneLineWithExitTwo)
         EXPECT_EQ(r.err.rfind(c.message, 0), 0u) << r.err;
         EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << r.err;
     }
+}
+
+// Words that CLI11 would read as lists or markers ("[a,b]", "{}") or that
+// look like options reach every command unchanged, bare or after "--". Each
+// case shows the word back: in an answer or in the error naming it.
+TEST(CliMain, EveryCommandReceivesEachWordAsTyped)
+{
+    kzbs_test::TempFolder dir;
+    const std::string ini = dir / "words.ini";
+    kzbs_test::writeFile(ini, "[S]\n");
+    const std::vector<std::string> words = {"[0-9]", "[a,b]", "a,b", "{}", "-", "--", ""};
+    // W stands for the word. A positional word is also tried after "--"; an
+    // option's value cannot be "--". `skip` lists words with another meaning
+    // there ("-" for standard input, "" for the default symbol file).
+    const struct { std::vector<std::string> args; std::string shows; bool positional; std::vector<std::string> skip; }
+        cases[] = {
+            {{"easter", "W"}, "not a year: 'W'", true, {}},
+            {{"holidays", "W"}, "not a year: 'W'", true, {}},
+            {{"is-holiday", "W"}, "not a date: 'W'", true, {}},
+            {{"workdays", "2024", "W"}, "not a date: 'W'", true, {}},
+            {{"workday", "2024-01-01", "W"}, "not 'W'", true, {}},
+            {{"number", "W"}, "'W' is not a number", true, {}},
+            {{"grep", "x", "W"}, "W: no such file", true, {"-", ""}},
+            {{"path", "parse", "W"}, "name:        W\n", true, {}},
+            {{"symbols", "W"}, "symbol file W: no such file", true, {""}},
+            {{"ini", "get", ini, "S", "K", "W"}, "W\n", true, {}},
+            {{"ini", "sections", "W"}, "W: no such file", true, {"-", ""}},
+            {{"holidays", "--state", "W"}, "unknown federal state 'W'", false, {}},
+            {{"holidays", "--state", "BY", "--region", "W"}, "unknown region 'W'", false, {}},
+            {{"path", "param", "x", "--base", "/", "--symbol", "W"}, "symbol <W> is not defined", false, {}},
+            {{"decrypt", "--key-env", "W", "a", "b"}, "variable W is not set", false, {}},
+            {{"encrypt", "--key-file", "W", "a", "b"}, "W: no such file", false, {"-", ""}},
+        };
+    for (const auto& c : cases)
+        for (const std::string& word : words) {
+            if (std::find(c.skip.begin(), c.skip.end(), word) != c.skip.end() || (!c.positional && word == "--"))
+                continue;
+            const auto replace = [&](std::string text) {
+                const std::size_t at = text.find('W');
+                return at == std::string::npos ? text : text.replace(at, 1, word);
+            };
+            std::vector<std::string> bare, marked;
+            for (const std::string& arg : c.args) {
+                if (arg == "W" && c.positional)
+                    marked.push_back("--");
+                bare.push_back(arg == "W" ? word : arg);
+                marked.push_back(arg == "W" ? word : arg);
+            }
+            std::vector<std::vector<std::string>> forms = {marked};
+            if (c.positional && word.rfind("-", 0) != 0)
+                forms.push_back(bare);
+            for (const auto& args : forms) {
+                const auto r = runKzbs(args);
+                EXPECT_NE((r.out + r.err).find(replace(c.shows)), std::string::npos)
+                    << args[0] << " '" << word << "': " << r.out << r.err;
+            }
+        }
+    for (const std::string& word : words) {
+        ASSERT_EQ(runKzbs({"ini", "set", ini, "S", "K", "--", word}).status, 0) << word;
+        EXPECT_EQ(runKzbs({"ini", "get", ini, "S", "K"}).out, word + "\n");
+    }
+}
+
+// The words that went wrong before: a class with a comma and a file named
+// in brackets.
+TEST(CliMain, BracketsKeepTheirMeaning)
+{
+    const struct { std::string pattern, input, out; } patterns[] = {
+        {"[0-9]", "ab\nz7\n", "z7\n"}, {"[a,b]", "x,y\nz\nb\n", "x,y\nb\n"}, {"a,b", "a,b\nab\n", "a,b\n"}};
+    for (const auto& p : patterns)
+        EXPECT_EQ(runKzbs({"grep", p.pattern}, p.input).out, p.out) << p.pattern;
+
+    kzbs_test::TempFolder dir;
+    kzbs_test::writeFile(dir / "plain", "text");
+    const auto here = std::filesystem::current_path();
+    std::filesystem::current_path(dir.path);
+    const auto r = runKzbs({"encrypt", "--key-env", "K", "plain", "[out]"}, "", {"K=key"});
+    std::filesystem::current_path(here);
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(kzbs_test::exists(dir / "[out]"));
+    EXPECT_FALSE(kzbs_test::exists(dir / "out"));
+}
+
+TEST(CliMain, VersionAndArgumentsThatAreNotUtf8)
+{
+    const auto version = runKzbs({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out.rfind("kzbs ", 0), 0u) << version.out;
+    EXPECT_EQ(std::count(version.out.begin(), version.out.end(), '\n'), 1);
+    kzbs_test::expectRefusal(runKzbs({"path", "parse", "caf\xE9"}), "'caf\\xE9' is not valid UTF-8");
+    // A character Windows-1252 has not would become '?', a closure in a pattern.
+    kzbs_test::expectRefusal(runKzbs({"grep", "a\xE2\x86\x92"}, "a\n"), "Windows-1252");
+    EXPECT_EQ(runKzbs({"grep", "--raw", "\xE9"}, "caf\xE9\n").out, "caf\xE9\n");   // --raw takes bytes
+}
+
+// Output that does not arrive is an error; a reader that goes away is not.
+TEST(CliMain, OutputThatCannotBeWrittenIsAnError)
+{
+    kzbs_test::TempFolder dir;
+    const std::string full = dir / "full";
+    if (::getuid() != 0 || ::mknod(full.c_str(), S_IFCHR | 0666, ::makedev(1, 7)) != 0)
+        GTEST_SKIP() << "making a device node needs root";
+    const std::vector<std::string> commands[] = {
+        {"holidays", "2026", "--format", "ics"}, {"holidays", "2026"}, {"easter", "2024"}, {"grep", "a"},
+        {"number", "12.5"}, {"encrypt", "--key-env", "K", "-", "-"}, {"ini", "sections", dir / "x.ini"}};
+    kzbs_test::writeFile(dir / "x.ini", "[S]\nK=1\n");
+    for (const auto& args : commands) {
+        const auto r = runKzbs(args, "a\n", {"K=key"}, "", full);
+        EXPECT_EQ(r.status, 2) << args[0];
+        EXPECT_EQ(r.err, "kzbs: cannot write to standard output: No space left on device\n") << args[0];
+    }
+}
+
+TEST(CliMain, ClosedPipeEndsQuietly)
+{
+    kzbs_test::TempFolder dir;
+    const std::string command = "trap '' PIPE; " + kzbs_test::shellQuote(KZBS_EXE)
+        + " holidays 1990 2099 --format ics 2>" + (dir / "err") + " | head -c 1 >" + (dir / "out");
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    EXPECT_EQ(kzbs_test::readFile(dir / "err"), "");
 }

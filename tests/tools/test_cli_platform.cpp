@@ -33,9 +33,12 @@ TEST(CliIni, MistakesAreErrorsOnStderr)
     kzbs_test::writeFile(dir / "plain", "x");
     struct Case { std::vector<std::string> args; std::string message; };
     const Case cases[] = {
-        {{"ini", "get", missing, "S", "K"}, "kzbs: no such file: " + missing},
-        {{"ini", "sections", dir.path}, "kzbs: no such file: " + dir.path},
-        {{"ini", "set", dir / "plain/x.ini", "S", "K", "V"}, "kzbs: could not write"},
+        {{"ini", "get", missing, "S", "K"}, "kzbs: " + missing + ": no such file"},
+        {{"ini", "get", dir.path, "S", "K"}, "kzbs: " + dir.path + ": is a directory"},
+        {{"ini", "sections", dir.path}, "kzbs: " + dir.path + ": is a directory"},
+        {{"ini", "set", dir / "plain/x.ini", "S", "K", "V"}, "kzbs: cannot write " + dir / "plain/x.ini"},
+        {{"ini", "get", "--force", dir / "plain", "S", "K"}, "kzbs: --force belongs to ini set"},
+        {{"ini", "set", dir / "plain", "S", "K", "caf\xC3\xA9 \xE2\x86\x92"}, "kzbs: 'caf\xC3\xA9 \xE2\x86\x92' holds a character"},
         {{"ini", "remove", missing}, "kzbs: unknown ini action 'remove'"},
         {{"folders", "extra"}, "kzbs: folders takes no arguments"},
     };
@@ -46,6 +49,34 @@ TEST(CliIni, MistakesAreErrorsOnStderr)
         EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << r.err; // one line
     }
     EXPECT_FALSE(kzbs_test::exists(missing));
+}
+
+// ini set rewrites the whole file by Qt's rules; it refuses when that would
+// change a line other than the key's own, naming the line, unless --force.
+TEST(CliIni, SetRefusesToRewriteOtherLines)
+{
+    TempFolder dir;
+    const std::string file = dir / "app.ini";
+    const struct { std::string before, section, key, after; std::string lost; } cases[] = {
+        {"[S]\nK=1\nx=2\n", "S", "K", "[S]\nK=5\nx=2\n", ""},
+        {"[S]\nx=2\n", "S", "K", "[S]\nK=5\nx=2\n", ""},
+        {"[S]\nx=2\n", "T", "K", "[S]\nx=2\n\n[T]\nK=5\n", ""},
+        {"; settings\n[S]\nK=1\n", "S", "K", "[S]\nK=5\n", "line 1 ('; settings')"},
+        {"[S]\nK=1\nx = 2\n", "S", "K", "[S]\nK=5\nx=2\n", "line 3 ('x = 2')"},
+        {"[S]\r\nK=1\r\n", "S", "K", "[S]\nK=5\n", "line 1 ('[S]\\x0D')"},
+    };
+    for (const auto& c : cases) {
+        kzbs_test::writeFile(file, c.before);
+        const auto r = runKzbs({"ini", "set", file, c.section, c.key, "5"});
+        if (c.lost.empty()) {
+            EXPECT_EQ(r.status, 0) << r.err;
+        } else {
+            kzbs_test::expectRefusal(r, "would rewrite " + c.lost + " of " + file);
+            EXPECT_EQ(kzbs_test::readFile(file), c.before);
+            EXPECT_EQ(runKzbs({"ini", "set", "--force", file, c.section, c.key, "5"}).status, 0);
+        }
+        EXPECT_EQ(kzbs_test::readFile(file), c.after) << c.before;
+    }
 }
 
 // TMPDIR ends in "/", which the listing leaves out.

@@ -40,7 +40,7 @@ TEST(CliGrep, SeveralFilesArePrefixedAndMissingOnesReported)
     r = runKzbs({"grep", "eta", "/nonexistent/kzbs-file", a});
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.out, a + ":beta\n");   // the other files are still searched
-    EXPECT_EQ(r.err.rfind("kzbs: /nonexistent/kzbs-file: No such file", 0), 0u) << r.err;
+    EXPECT_EQ(r.err.rfind("kzbs: /nonexistent/kzbs-file: no such file", 0), 0u) << r.err;
     r = runKzbs({"grep", "a", "/tmp"});   // a folder is an error, not "no match"
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.err, "kzbs: /tmp: is a directory\n");
@@ -60,6 +60,33 @@ TEST(CliText, ErrorsExitTwoWithOneLineNamingTheReason)
         EXPECT_EQ(r.out, "") << c[1];
         EXPECT_EQ(r.err.rfind("kzbs: ", 0), 0u) << r.err;
         EXPECT_NE(r.err.find(c[2]), std::string::npos) << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
+    }
+}
+
+// Bytes Windows-1252 leaves undefined and NULs in a file reach the terminal
+// as C1 controls and NULs, without a word from the library's converter.
+TEST(CliGrep, AnyByteInAFileIsPrinted)
+{
+    const auto r = runKzbs({"grep", "b"}, std::string("a\x81" "b\0c\x9D\n", 7));
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, std::string("a\xC2\x81" "b\0c\xC2\x9D\n", 9));
+    EXPECT_EQ(r.err, "");
+}
+
+TEST(CliNumber, RefusesWhatIsNoNumber)
+{
+    const struct { std::vector<std::string> args; std::string input, message; } cases[] = {
+        {{"number", "12.5", "abc"}, "", "'abc' is not a number"},
+        {{"number", "1.2.3"}, "", "'1.2.3' is not a number"},
+        {{"number", "12abc"}, "", "'12abc' is not a number"},
+        {{"number"}, "12.5\ncaf\xE9 12.5\n", "line 2 of standard input: 'caf\\xE9 12.5' is not valid UTF-8"},
+        {{"number"}, "12.5\n\n", "line 2 of standard input: '' is not a number"},
+    };
+    for (const auto& c : cases) {
+        const auto r = runKzbs(c.args, c.input);
+        EXPECT_EQ(r.status, 2) << c.message;
+        EXPECT_EQ(r.err.rfind("kzbs: " + c.message, 0), 0u) << r.err;
         EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
     }
 }

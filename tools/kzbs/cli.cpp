@@ -3,7 +3,13 @@
 #include "CrossPlatformApi.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
 #include <iostream>
+
+#include <unistd.h>
 
 namespace kzbs {
 
@@ -21,6 +27,88 @@ std::string oneLine(std::string text)
         text.pop_back();
     return text;
 }
+
+// CLI11 would take a word of a many-valued option in brackets, "[a,b]", as a
+// list and split it, and a lone "{}" as no value at all. With a fixed count
+// of values and no extra arguments it stores each word untouched; the count
+// is never reached, so every positional word lands here.
+constexpr int kMaxWords = 1 << 30;
+
+// The length of the UTF-8 sequence at text[at], 0 if none starts there
+// (overlong forms, surrogates and code points above U+10FFFF are not UTF-8).
+std::size_t utf8Length(const std::string& text, std::size_t at)
+{
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char lead = byte(at);
+    if (lead < 0x80)
+        return 1;
+    const std::size_t length = lead >= 0xC2 && lead <= 0xDF ? 2 : lead >= 0xE0 && lead <= 0xEF ? 3
+                             : lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
+    if (length == 0 || at + length > text.size())
+        return 0;
+    for (std::size_t i = at + 1; i < at + length; ++i)
+        if ((byte(i) & 0xC0) != 0x80)
+            return 0;
+    const unsigned char second = byte(at + 1);
+    if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) || (lead == 0xF0 && second < 0x90)
+        || (lead == 0xF4 && second > 0x8F))
+        return 0;
+    return length;
+}
+
+bool undefinedInWindows1252(unsigned char c) { return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D; }
+
+// std::cout for the time a command runs: it writes to file descriptor 1 and
+// keeps the reason of the first write that failed (the disk full, the device
+// gone), which stdio would lose. A reader that closed its pipe ends kzbs by
+// SIGPIPE, quietly, like the standard tools.
+class CheckedStdout : public std::streambuf {
+public:
+    CheckedStdout() : m_saved(std::cout.rdbuf(this)) { setp(m_buffer, m_buffer + sizeof m_buffer); }
+    ~CheckedStdout() override { std::cout.rdbuf(m_saved); }
+    CheckedStdout(const CheckedStdout&) = delete;
+    CheckedStdout& operator=(const CheckedStdout&) = delete;
+
+    // `status`, or 2 after saying why the output did not all arrive.
+    int finish(int status)
+    {
+        std::cout.flush();
+        if (m_error == 0)
+            return status;
+        return fail(std::string("cannot write to standard output: ") + std::strerror(m_error));
+    }
+
+protected:
+    int_type overflow(int_type c) override
+    {
+        if (!drain())
+            return traits_type::eof();
+        if (!traits_type::eq_int_type(c, traits_type::eof())) {
+            *pptr() = traits_type::to_char_type(c);
+            pbump(1);
+        }
+        return traits_type::not_eof(c);
+    }
+    int sync() override { return drain() ? 0 : -1; }
+
+private:
+    bool drain()
+    {
+        for (const char* at = pbase(); at < pptr() && m_error == 0;) {
+            const ssize_t written = ::write(1, at, static_cast<std::size_t>(pptr() - at));
+            if (written >= 0)
+                at += written;
+            else if (errno != EINTR)
+                m_error = errno;
+        }
+        setp(m_buffer, m_buffer + sizeof m_buffer);
+        return m_error == 0;
+    }
+
+    std::streambuf* m_saved;
+    char m_buffer[1 << 16];
+    int m_error = 0;
+};
 
 } // namespace
 
@@ -43,7 +131,8 @@ CLI::App& Program::add(const char* name, const char* summary, const char* usage,
 
 void Program::printOverview(std::ostream& out) const
 {
-    out << "usage: kzbs COMMAND [ARGS...]   (kzbs COMMAND --help for details)\n\n";
+    out << "usage: kzbs COMMAND [ARGS...]   (kzbs COMMAND --help for details)\n"
+           "       kzbs --version\n\n";
     if (!m_default.empty())
         out << "Without a command, kzbs " << m_defaultWhat << ".\n\n";
     out << "commands:\n";
@@ -78,10 +167,10 @@ int Program::parseError(const CLI::ParseError& error) const
         const std::vector<std::string> extras = m_app.remaining(true);
         const std::string word = extras.empty() ? std::string() : extras.front();
         if (!command && !looksLikeOption(word))
-            return fail("unknown command '" + word + "'" + hint);
+            return fail("unknown command '" + printable(word) + "'" + hint);
         if (looksLikeOption(word))
-            return fail("unknown option " + word + hint);
-        return fail("unexpected argument '" + word + "'" + hint);
+            return fail("unknown option " + printable(word) + hint);
+        return fail("unexpected argument '" + printable(word) + "'" + hint);
     }
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error)) {
         // "--state: 1 required TEXT missing" and the like: the option's value is missing.
@@ -93,12 +182,26 @@ int Program::parseError(const CLI::ParseError& error) const
 
 int Program::run(int argc, char** argv)
 {
+    // Shells and some launchers leave SIGPIPE ignored; kzbs then still ends
+    // quietly when its reader goes away.
+    std::signal(SIGPIPE, SIG_DFL);
+    CheckedStdout output;
+    return output.finish(dispatch(argc, argv));
+}
+
+int Program::dispatch(int argc, char** argv)
+{
     if (argc <= 1 && !m_default.empty())
         return m_runs[m_default]();
+    if (argc == 2 && std::string(argv[1]) == "--version") {
+        std::cout << "kzbs " << KZBS_VERSION << '\n';
+        return 0;
+    }
     if (argc == 2 && std::string(argv[1]) == "help")
         return printHelp("");
     if (argc == 3 && std::string(argv[1]) == "help")
-        return m_usages.count(argv[2]) ? printHelp(argv[2]) : fail(std::string("unknown command '") + argv[2] + "'");
+        return m_usages.count(argv[2]) ? printHelp(argv[2])
+                                       : fail("unknown command '" + printable(argv[2]) + "'");
     // CLI11 hands a "--" after a command's optional words to the level above;
     // kzbs has one level, so the words after it go straight to the command.
     std::vector<std::string> args(argv + 1, argv + argc);
@@ -117,18 +220,36 @@ int Program::run(int argc, char** argv)
     const CLI::App* command = chosen();
     if (!command)
         return fail("no command given (see kzbs --help)");
-    const auto words = m_words.find(command->get_name());
-    if (words != m_words.end())
-        words->second->insert(words->second->end(), afterMarker.begin(), afterMarker.end());
-    else if (!afterMarker.empty())
-        return fail("unexpected argument '" + afterMarker.front() + "' (see kzbs " + command->get_name() + " --help)");
-    return m_runs[command->get_name()]();
+    // --raw takes its words as bytes; every other word must be UTF-8 text.
+    const CLI::Option* raw = command->get_option_no_throw("--raw");
+    if (!raw || raw->count() == 0)
+        for (int i = 1; i < argc; ++i)
+            if (!isUtf8(argv[i]))
+                return fail("argument '" + printable(argv[i]) + "' is not valid UTF-8, the encoding kzbs reads");
+    return runCommand(*command, afterMarker);
 }
 
-CLI::Option* Program::addWords(CLI::App& command, std::vector<std::string>& words)
+int Program::runCommand(const CLI::App& command, const std::vector<std::string>& afterMarker)
 {
-    m_words[command.get_name()] = &words;
-    return command.add_option("words", words)->expected(0, -1);
+    const auto words = m_words.find(command.get_name());
+    if (words != m_words.end()) {
+        std::vector<std::string>& list = *words->second.second;
+        list = words->second.first->results();
+        list.insert(list.end(), afterMarker.begin(), afterMarker.end());
+    } else if (!afterMarker.empty()) {
+        return fail("unexpected argument '" + printable(afterMarker.front()) + "' (see kzbs " + command.get_name() + " --help)");
+    }
+    try {
+        return m_runs[command.get_name()]();
+    } catch (const InputError& error) {
+        return fail(error.what());
+    }
+}
+
+void Program::addWords(CLI::App& command, std::vector<std::string>& words)
+{
+    const CLI::Option* option = command.add_option("words")->expected(kMaxWords)->allow_extra_args(false);
+    m_words[command.get_name()] = {option, &words};
 }
 
 CLI::Option* addOptional(CLI::App& command, const std::string& name, std::optional<std::string>& target)
@@ -142,7 +263,66 @@ int fail(const std::string& message)
     return 2;
 }
 
-std::string toTerminal(const std::string& cp1252) { return CrossPlatformApi::fileSystemEncoding(cp1252); }
-std::string fromTerminal(const std::string& utf8) { return CrossPlatformApi::internalEncoding(utf8); }
+std::string toTerminal(const std::string& cp1252)
+{
+    // The library converts text up to its first NUL and reports the undefined
+    // bytes on stderr: it gets the runs between them.
+    std::string utf8, run;
+    const auto convertRun = [&] {
+        if (!run.empty())
+            utf8 += CrossPlatformApi::fileSystemEncoding(run);
+        run.clear();
+    };
+    for (const char c : cp1252) {
+        if (c != '\0' && !undefinedInWindows1252(static_cast<unsigned char>(c))) {
+            run += c;
+            continue;
+        }
+        convertRun();
+        if (c != '\0')
+            utf8 += '\xC2';
+        utf8 += c;
+    }
+    convertRun();
+    return utf8;
+}
+
+std::string fromTerminal(const std::string& utf8)
+{
+    if (!isUtf8(utf8))
+        throw InputError("'" + printable(utf8) + "' is not valid UTF-8, the encoding kzbs reads");
+    const std::string cp1252 = CrossPlatformApi::internalEncoding(utf8);
+    if (toTerminal(cp1252) != utf8)
+        throw InputError("'" + printable(utf8) + "' holds a character that Windows-1252, the library's text "
+                         "encoding, has not");
+    return cp1252;
+}
+
+bool isUtf8(const std::string& text)
+{
+    for (std::size_t at = 0, length; at < text.size(); at += length)
+        if ((length = utf8Length(text, at)) == 0)
+            return false;
+    return true;
+}
+
+std::string printable(const std::string& text)
+{
+    std::string shown;
+    for (std::size_t at = 0; at < text.size();) {
+        const unsigned char c = static_cast<unsigned char>(text[at]);
+        const std::size_t length = utf8Length(text, at);
+        if (length == 0 || c < 0x20 || c == 0x7F) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\x%02X", c);
+            shown += escape;
+            ++at;
+        } else {
+            shown.append(text, at, length);
+            at += length;
+        }
+    }
+    return shown;
+}
 
 } // namespace kzbs

@@ -9,7 +9,9 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kzbs {
@@ -29,9 +31,9 @@ public:
     // `run` is called once they are parsed and returns the exit status.
     CLI::App& add(const char* name, const char* summary, const char* usage, Run run);
     // The positional words of `command`, in the order given (options may
-    // stand between them). Everything after "--" is a word too, even when it
-    // begins with '-'.
-    CLI::Option* addWords(CLI::App& command, std::vector<std::string>& words);
+    // stand between them), each exactly as typed. Everything after "--" is a
+    // word too, even when it begins with '-'.
+    void addWords(CLI::App& command, std::vector<std::string>& words);
     // The command run when kzbs is called without any arguments, and what it
     // then does, for `kzbs --help`.
     void setDefault(const char* name, const char* what)
@@ -40,9 +42,13 @@ public:
         m_defaultWhat = what;
     }
 
+    // Parses, runs the command chosen and returns its exit status, or 2 when
+    // standard output could not take everything written to it.
     int run(int argc, char** argv);
 
 private:
+    int dispatch(int argc, char** argv);
+    int runCommand(const CLI::App& command, const std::vector<std::string>& afterMarker);
     void printOverview(std::ostream& out) const;
     int printHelp(const std::string& command) const;
     int parseError(const CLI::ParseError& error) const;
@@ -51,7 +57,8 @@ private:
     CLI::App m_app;
     std::map<std::string, Run> m_runs;
     std::map<std::string, const char*> m_usages;
-    std::map<std::string, std::vector<std::string>*> m_words;
+    // Each command's positional option and the list it fills.
+    std::map<std::string, std::pair<const CLI::Option*, std::vector<std::string>*>> m_words;
     std::string m_default;
     std::string m_defaultWhat;
 };
@@ -63,9 +70,23 @@ CLI::Option* addOptional(CLI::App& command, const std::string& name, std::option
 // Writes "kzbs: message" to stderr and returns the exit status for bad input (2).
 int fail(const std::string& message);
 
-// Library text (Windows-1252) for a UTF-8 terminal, and back.
+// Bad input found deep inside a command; Program::run reports it with fail().
+struct InputError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Library text (Windows-1252) for a UTF-8 terminal. Never fails: a NUL stays
+// a NUL, and the five bytes Windows-1252 leaves undefined become the C1
+// controls of the same number, as web browsers read them.
 std::string toTerminal(const std::string& cp1252);
+// Terminal text (UTF-8) for the library. Throws InputError when the text is
+// not UTF-8 or holds a character Windows-1252 has not, which the library
+// would turn into '?' (a closure in a pattern, another value in a file).
 std::string fromTerminal(const std::string& utf8);
+
+bool isUtf8(const std::string& text);
+// `text` for a message: control bytes and bytes that are not UTF-8 as \xNN.
+std::string printable(const std::string& text);
 
 } // namespace kzbs
 

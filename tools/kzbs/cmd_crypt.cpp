@@ -4,6 +4,8 @@
 // only on success, so an error never leaves a half-written OUT.
 #include "commands.h"
 
+#include "file_io.h"
+
 #include "KZCrypt.h"
 
 #include <sys/stat.h>
@@ -13,7 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -31,17 +33,29 @@ const char kHelpTail[] =
     "  --key-file FILE  read the key from FILE; a trailing newline (LF or CRLF)\n"
     "                   is not part of the key\n"
     "  --key-env VAR    take the key from the environment variable VAR\n"
-    "  --byte-table     convert the key byte by byte (use it if the data was\n"
-    "                   encrypted that way)\n"
+    "  --byte-table     convert the key byte by byte (needed for keys with\n"
+    "                   characters outside ASCII; decrypt needs it then too)\n"
+    "  --force          (decrypt) write the data even when its padding shows a\n"
+    "                   wrong key\n"
     "\n"
-    "IN and OUT may be '-' for standard input and output. The key's bytes are used\n"
-    "as they are (no character-set conversion), except that without --byte-table a\n"
-    "byte 0x80-0xFF before the key's last three characters counts as 0xff, so\n"
-    "encrypt refuses such keys. The key may have up to N/2 characters,\n"
-    "but only the first N/8 count (16 for 128 bits). Keys are never taken as a\n"
-    "command-line argument, where other users could read them.\n"
-    "The format has no check value: a wrong key cannot be detected. Decrypting\n"
-    "with a wrong key succeeds and writes garbage.\n"
+    "IN and OUT may be '-' for standard input and output. OUT is replaced whole\n"
+    "or not at all. Keys are never taken as a command-line argument, where other\n"
+    "users could read them. The key's bytes are used as they are: a key counts\n"
+    "with its first N/8 characters only (16 for 128 bits, 32 for 256), so\n"
+    "encrypt refuses longer keys, and keys with characters outside ASCII unless\n"
+    "--byte-table is given. decrypt takes every key the format takes (up to N/2\n"
+    "characters), so old files stay readable.\n"
+    "\n"
+    "What the format protects, and what not: it hides the contents from whoever\n"
+    "lacks the key, nothing more. Every file is encrypted with one fixed IV, so\n"
+    "equal files give equal output and files with equal beginnings give equal\n"
+    "beginnings; their sizes show. There is no integrity check: changed data\n"
+    "decrypts to changed data without an error. The only sign of a wrong key is\n"
+    "the padding of spaces after the data, which decrypt checks: it refuses\n"
+    "(exit 2, nothing written) when the padding is not spaces. The check cannot\n"
+    "see a wrong key when the plain size is a multiple of 16 (no padding), and\n"
+    "one byte of padding lets a wrong key pass one time in 256. For new secrets\n"
+    "an authenticated tool (such as age or gpg) is the better choice.\n"
     "Input is limited to 4 GiB (the format's sizes are 32-bit).\n";
 
 const char kEncryptHead[] =
@@ -52,7 +66,7 @@ const char kEncryptHead[] =
 
 const char kDecryptHead[] =
     "usage: kzbs decrypt [--bits 128|192|256] (--key-file FILE | --key-env VAR)\n"
-    "                    [--byte-table] IN OUT\n\n"
+    "                    [--byte-table] [--force] IN OUT\n\n"
     "Decrypts an \"RCBC\" stream made by 'kzbs encrypt' (or the library) and\n"
     "writes exactly the original bytes.\n\n";
 
@@ -69,6 +83,8 @@ std::string describe(const std::string& path) { return path == "-" ? "standard i
 bool readAll(const std::string& path, std::uint64_t limit, std::string& data, std::string& error,
              const char* tooLarge = " is larger than 4 GiB, more than the format's 32-bit sizes can hold")
 {
+    if (path != "-" && !(error = unreadable(path)).empty())
+        return false;
     std::FILE* file = path == "-" ? stdin : std::fopen(path.c_str(), "rb");
     if (!file) {
         error = "cannot open " + path + ": " + std::strerror(errno);
@@ -100,50 +116,20 @@ bool readAll(const std::string& path, std::uint64_t limit, std::string& data, st
     return error.empty();
 }
 
-// The mode OUT gets: that of the file it replaces, else what the umask allows.
-mode_t modeFor(const std::string& path)
-{
-    struct stat info {};
-    if (::stat(path.c_str(), &info) == 0)
-        return info.st_mode & 07777;
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
-// Writes through `emit` to OUT: standard output directly, a file by way of a
-// temporary file beside it that is renamed into place only when all went well.
-template <class Emit>
-bool writeOut(const std::string& path, Emit emit, std::string& error)
+// Writes through `emit` to OUT: standard output directly (the program checks
+// it before exit), a file by way of a temporary file beside it that replaces
+// it only when all went well.
+bool writeOut(const std::string& path, const std::function<bool(std::ostream&)>& emit, std::string& error)
 {
     if (path == "-") {
-        if (!emit(std::cout) || !std::cout.flush()) {
-            error = "cannot write to standard output";
-            return false;
-        }
+        emit(std::cout);
         return true;
     }
-    std::string temp = path + ".kzbs-XXXXXX";
-    const int fd = ::mkstemp(&temp[0]);
-    if (fd < 0) {
-        error = "cannot create a file beside " + path + ": " + std::strerror(errno);
-        return false;
-    }
-    ::fchmod(fd, modeFor(path));
-    ::close(fd);
-    bool ok;
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        ok = out && emit(out);
-        out.close();
-        ok = ok && !out.fail();
-    }
-    if (!ok || std::rename(temp.c_str(), path.c_str()) != 0) {
-        error = "cannot write " + path + (ok ? std::string(": ") + std::strerror(errno) : std::string());
-        std::remove(temp.c_str());
-        return false;
-    }
-    return true;
+    FileReplacement out(path);
+    if (out.write(emit) && out.commit())
+        return true;
+    error = out.error();
+    return false;
 }
 
 // What the command line gave; checked and turned into a Request by prepare().
@@ -151,6 +137,7 @@ struct Words {
     std::string bits;
     std::optional<std::string> keyFile, keyEnv;
     bool byteTable = false;
+    bool force = false;
     std::vector<std::string> files;
 };
 
@@ -187,34 +174,42 @@ bool loadKey(const Words& words, Request& request, std::string& error)
 bool checkKey(const Request& request, bool encrypt, std::string& error)
 {
     const std::size_t bits = static_cast<std::size_t>(request.size);
+    const std::size_t used = bits / 8;
     if (request.key.empty()) {
         error = "the key is empty";
         return false;
     }
-    if (request.key.size() > bits / 2) {
-        error = "the key has " + std::to_string(request.key.size()) + " characters; a " + std::to_string(bits)
-            + "-bit key may have at most " + std::to_string(bits / 2);
+    // The format accepts up to bits/2 characters and ignores all after the
+    // first bits/8: a longer key would look stronger than it is. Keys made
+    // elsewhere stay readable, so decrypt takes what the format takes.
+    const std::size_t most = encrypt ? used : bits / 2;
+    if (request.key.size() > most) {
+        error = "the key has " + std::to_string(request.key.size()) + " characters, but a " + std::to_string(bits)
+            + "-bit key " + (encrypt ? "uses only its first " : "has at most ") + std::to_string(most)
+            + (encrypt && bits < 256 ? "; --bits 256 uses up to 32" : "");
         return false;
     }
-    // The numeric key conversion cannot represent a control character below
-    // 0x10 among the counted characters: the library would fall back to an
-    // all-zero key without a word.
+    if (request.byteTable)
+        return true;
+    // The numeric key conversion turns a byte 0x80-0xFF into 0xff unless one
+    // of the last three characters is such a byte, and cannot represent a
+    // control character below 0x10 (the library then encrypts with an
+    // all-zero key without a word).
     const std::size_t tail = request.key.size() < 3 ? 0 : request.key.size() - 3;
-    bool byteTable = request.byteTable;
+    bool highTail = false;
     for (std::size_t i = tail; i < request.key.size(); ++i)
-        byteTable = byteTable || static_cast<unsigned char>(request.key[i]) >= 0x80;
-    for (std::size_t i = 0; !byteTable && i < request.key.size() && i < bits / 8; ++i) {
+        highTail = highTail || static_cast<unsigned char>(request.key[i]) >= 0x80;
+    for (std::size_t i = 0; i < request.key.size() && i < used; ++i) {
         const unsigned char c = static_cast<unsigned char>(request.key[i]);
-        if (c < 0x10) {
+        if (c < 0x10 && !highTail) {
             error = "the key contains a control character (below 0x10) that the key conversion cannot "
                     "represent; use --byte-table";
             return false;
         }
-        // Such a byte counts as 0xff, so different keys would encrypt alike.
-        // Data encrypted that way elsewhere stays readable: decrypt accepts it.
         if (c >= 0x80 && encrypt) {
-            error = "the key has a byte 0x80-0xFF before its last three characters, which the key "
-                    "conversion turns into 0xff; use --byte-table";
+            error = "the key contains letters outside ASCII (such as umlauts), which the key conversion "
+                    "does not keep apart; use a key of ASCII characters, or --byte-table (and give "
+                    "--byte-table to decrypt too)";
             return false;
         }
     }
@@ -312,6 +307,16 @@ bool checkStream(const std::string& data, const std::string& name, std::string& 
     return true;
 }
 
+// The format pads the data with spaces to whole blocks; after a wrong key
+// the padding is noise. Data of a multiple of 16 bytes has no padding to check.
+bool paddedWithSpaces(const KZCrypt& crypt)
+{
+    for (std::uint32_t i = crypt.getBufferSize(); i < crypt.getCryptedSize(); ++i)
+        if (crypt.getBuffer()[i] != ' ')
+            return false;
+    return true;
+}
+
 int encrypt(const Words& words)
 {
     Request request;
@@ -352,6 +357,9 @@ int decrypt(const Words& words)
     std::string().swap(data);
     progress(crypt.getCryptedSize(), "decrypting");
     crypt.decode();
+    if (!words.force && !paddedWithSpaces(crypt))
+        return fail("the decrypted data does not end in the format's padding of spaces: the key or --bits "
+                    "is wrong (--force writes the data anyway)");
     const auto emit = [&](std::ostream& out) {
         out.write(crypt.getBuffer(), static_cast<std::streamsize>(crypt.getBufferSize()));
         return !out.fail();
@@ -379,6 +387,8 @@ void addCommand(Program& program, bool encrypt)
     addOptional(command, "--key-file", words->keyFile);
     addOptional(command, "--key-env", words->keyEnv);
     command.add_flag("--byte-table", words->byteTable);
+    if (!encrypt)
+        command.add_flag("--force", words->force);
     program.addWords(command, words->files);
 }
 

@@ -4,7 +4,13 @@
 #include "KZFileEnvironment.h"
 #include "KZFileName.h"
 
+#include "file_io.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -30,8 +36,90 @@ const char kSymbolsUsage[] =
     "Prints the directory symbol table after loading FILE (\"\" for\n"
     "<SYS_BASEDIR>/DirectorySymbols.dat): NAME = VALUE (expanded value), by name.\n";
 
+// Why `text` is no symbol file, or "": symbol files are Windows-1252 text
+// with tab, CR and LF as their only control characters.
+std::string notText(const std::string& text)
+{
+    unsigned long line = 1;
+    for (const char c : text) {
+        const unsigned char byte = static_cast<unsigned char>(c);
+        line += byte == '\n';
+        const bool control = (byte < 0x20 && byte != '\t' && byte != '\r' && byte != '\n') || byte == 0x7F;
+        if (control || byte == 0x81 || byte == 0x8D || byte == 0x8F || byte == 0x90 || byte == 0x9D) {
+            char hex[8];
+            std::snprintf(hex, sizeof hex, "0x%02X", byte);
+            return std::string("byte ") + hex + " in line " + std::to_string(line);
+        }
+    }
+    return "";
+}
+
+// The symbols the symbol file defines on top of `known`, as the library reads them.
+std::map<std::string, std::string> definitions(const std::string& text, std::map<std::string, std::string> known)
+{
+    for (std::size_t start = text.find_first_not_of(" \t\r\n"); start != std::string::npos;) {
+        const std::size_t end = std::min(text.find_first_of(" \t\r\n", start), text.size());
+        const std::string token = text.substr(start, end - start);
+        const std::size_t equals = token.find('=');
+        known[token.substr(0, equals)] = equals == std::string::npos ? token : token.substr(equals + 1);
+        start = text.find_first_not_of(" \t\r\n", end);
+    }
+    return known;
+}
+
+// The symbols `value` names, in the way expansion finds them: each '<' up to
+// the next '>'.
+std::vector<std::string> references(const std::string& value)
+{
+    std::vector<std::string> names;
+    for (std::size_t open = value.find('<'); open != std::string::npos; open = value.find('<', open + 1)) {
+        const std::size_t close = value.find('>', open);
+        if (close == std::string::npos)
+            break;
+        names.push_back(value.substr(open + 1, close - open - 1));
+    }
+    return names;
+}
+
+// A chain of symbols that leads back to its start ("<L> -> <L>"), which the
+// library would expand without end; "" when there is none.
+std::string cycleIn(const std::map<std::string, std::string>& symbols)
+{
+    std::map<std::string, int> state;   // 1 on the current path, 2 done
+    std::vector<std::string> path;
+    std::function<std::string(const std::string&)> visit = [&](const std::string& name) -> std::string {
+        state[name] = 1;
+        path.push_back(name);
+        for (const std::string& next : references(symbols.at(name))) {
+            if (!symbols.count(next) || state[next] == 2)
+                continue;
+            if (state[next] == 1) {
+                std::string chain;
+                for (auto at = std::find(path.begin(), path.end(), next); at != path.end(); ++at)
+                    chain += "<" + *at + "> -> ";
+                return chain + "<" + next + ">";
+            }
+            const std::string found = visit(next);
+            if (!found.empty())
+                return found;
+        }
+        path.pop_back();
+        state[name] = 2;
+        return "";
+    };
+    for (const auto& symbol : symbols)
+        if (state[symbol.first] == 0) {
+            const std::string found = visit(symbol.first);
+            if (!found.empty())
+                return found;
+        }
+    return "";
+}
+
 // Sets up the global environment from --base and --symbols. Returns an error
-// message, empty on success.
+// message, empty on success. The symbol file is checked before the library
+// reads it: binary data or a cycle of symbols would make it print garbage or
+// expand without end.
 std::string loadEnvironment(const std::optional<std::string>& base, const std::optional<std::string>& symbols)
 {
     KZFileEnvironment& env = KZFileName::getGlobalFileEnvironment();
@@ -42,10 +130,19 @@ std::string loadEnvironment(const std::optional<std::string>& base, const std::o
     KZFileName file(fromTerminal(*symbols));
     if (file.compose().empty())
         file.parse(KZFileEnvironment::kDefaultSymbolFile);
-    // The reader's own result only tells how the file ended, so existence is
-    // checked here.
-    if (!file.exists())
-        return "cannot read symbol file '" + toTerminal(file.compose()) + "'";
+    const std::string path = toTerminal(file.compose());
+    std::string text, error;
+    if (!(error = unreadable(path)).empty() || !readWholeFile(path, text, error))
+        return "cannot read symbol file " + error;
+    if (!(error = notText(text)).empty())
+        return "symbol file " + path + " is not text: " + error;
+    std::map<std::string, std::string> known;
+    if (base)
+        known[KZFileEnvironment::kBaseDirSymbol] = env.getSymbol(KZFileEnvironment::kBaseDirSymbol);
+    const std::string cycle = cycleIn(definitions(text, known));
+    if (!cycle.empty())
+        return "symbol file " + path + " defines symbols in a cycle, " + toTerminal(cycle)
+            + ", which would expand without end";
     env.readSymbolsFromFile(file);
     return "";
 }

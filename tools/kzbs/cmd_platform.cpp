@@ -1,11 +1,14 @@
 // kzbs ini, kzbs folders: configuration files and the system folders.
 #include "commands.h"
 
+#include "file_io.h"
+
 #include "CrossPlatformApi.h"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
-#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace kzbs {
@@ -13,25 +16,33 @@ namespace {
 
 const char* const kIniUsage =
     "usage: kzbs ini get FILE SECTION KEY [DEFAULT]   the value (DEFAULT, or empty, if missing)\n"
-    "       kzbs ini set FILE SECTION KEY VALUE       store VALUE (file and section are created)\n"
+    "       kzbs ini set [--force] FILE SECTION KEY VALUE\n"
+    "                                                 store VALUE (file and section are created)\n"
     "       kzbs ini sections FILE                    the sections, one a line\n"
     "       kzbs ini entries FILE SECTION             the entries of SECTION as KEY=VALUE\n"
     "\n"
-    "FILE is an INI file as Qt writes it. Values are Windows-1252 in the library:\n"
-    "characters outside it are stored as '?'. get, sections and entries need an\n"
-    "existing FILE.\n";
+    "FILE is an INI file as Qt reads and writes it. Values are Windows-1252 in the\n"
+    "library; a character outside it is refused. get, sections and entries need\n"
+    "an existing regular FILE.\n"
+    "\n"
+    "Qt's INI rules: set rewrites the whole file. Comments (';' or '#') are\n"
+    "dropped, a backslash in a value is written doubled, a value with a comma,\n"
+    "a ';' or blanks at its ends is quoted (a comma outside quotes, as in\n"
+    "K=a,b written by hand, makes a list, which reads as empty), and keys and\n"
+    "section names with characters other than letters, digits and '_' are\n"
+    "encoded (a blank as %20, '\xC3\xBC' as %FC). Line ends become LF.\n"
+    "So set first rewrites a copy of FILE and compares: when a line that does\n"
+    "not hold KEY would change, it names the line and writes nothing (exit 2);\n"
+    "--force writes anyway. FILE is replaced whole or not at all, keeps its\n"
+    "permissions and owner, and a symbolic link keeps pointing to it. set\n"
+    "refuses what is not a regular file (a folder, a device) and checks that the\n"
+    "value reads back.\n";
 
 const char* const kFoldersUsage =
     "usage: kzbs folders\n"
     "\n"
     "Prints the system folders the library offers (temp, application support,\n"
     "documents, home) and the folder of the kzbs program, one NAME PATH a line.\n";
-
-bool isReadableFile(const std::string& path)
-{
-    struct stat status;
-    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
 
 int printLines(const std::vector<std::string>& lines)
 {
@@ -52,28 +63,99 @@ int iniGet(const std::vector<std::string>& words)
     return 0;
 }
 
-// The library reports nothing about a write (and QSettings answers later reads
-// in this process from its cache), so the file is checked on disk: a value that
-// could not be stored must not pass unnoticed.
-int iniSet(const std::vector<std::string>& words)
+std::vector<std::string> linesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        lines.push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return lines;
+}
+
+std::string keyOf(const std::string& line) { return line.substr(0, line.find('=')); }
+
+// Compares a file before and after the library set `key` in it. Only the
+// key's own line may change; lines may be added. Returns the first other
+// line that changed or went, as "line N ('TEXT')", or "".
+std::string lostLine(const std::string& before, const std::string& after, const std::string& key)
+{
+    const std::vector<std::string> old = linesOf(before), now = linesOf(after);
+    std::size_t head = 0, tail = 0;
+    while (head < old.size() && head < now.size() && old[head] == now[head])
+        ++head;
+    while (tail < old.size() - head && tail < now.size() - head
+           && old[old.size() - 1 - tail] == now[now.size() - 1 - tail])
+        ++tail;
+    // The keys of the lines that replace the changed part: the key's new
+    // line is among them. Its old line is the one changed line with the
+    // same key (Qt may have encoded the key), or the one spelled like it.
+    std::vector<std::string> newKeys;
+    for (std::size_t i = head; i < now.size() - tail; ++i)
+        newKeys.push_back(keyOf(now[i]));
+    const std::size_t changed = old.size() - tail - head;
+    bool keySeen = false;
+    for (std::size_t i = head; i < old.size() - tail; ++i) {
+        const bool keyLine = !keySeen && old[i].find('=') != std::string::npos
+            && std::find(newKeys.begin(), newKeys.end(), keyOf(old[i])) != newKeys.end()
+            && (changed == 1 || keyOf(old[i]) == key);
+        keySeen = keySeen || keyLine;
+        if (!keyLine)
+            return "line " + std::to_string(i + 1) + " ('" + printable(toTerminal(old[i])) + "')";
+    }
+    return "";
+}
+
+// Lets the library write the value into `file` in a process of its own:
+// QSettings keeps what it wrote in a cache, and the check must see the disk.
+bool writeInChild(const std::string& section, const std::string& key, const std::string& value,
+                  const std::string& file)
+{
+    std::cout.flush();
+    const pid_t child = ::fork();
+    if (child == 0) {
+        CrossPlatformApi::writeIniString(section.c_str(), key.c_str(), value.c_str(), file.c_str());
+        ::_exit(0);
+    }
+    int status = 0;
+    return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+// The library reports nothing about a write, so the value is set in a copy
+// of the file, which is compared and read back before it takes the file's place.
+int iniSet(const std::vector<std::string>& words, bool force)
 {
     const std::string& file = words[1];
     const std::string section = fromTerminal(words[2]);
     const std::string key = fromTerminal(words[3]);
     const std::string value = fromTerminal(words[4]);
-    // QSettings saves through a temporary file beside the file: the folder must be writable too.
-    const std::string::size_type slash = file.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : file.substr(0, slash);
-    if ((::access(file.c_str(), F_OK) == 0 && ::access(file.c_str(), W_OK) != 0)
-        || ::access(folder.c_str(), W_OK) != 0)
-        return fail("cannot write " + file);
-    CrossPlatformApi::writeIniString(section.c_str(), key.c_str(), value.c_str(), file.c_str());
-    if (!isReadableFile(file))
+    FileReplacement replacement(file);
+    std::string before, after, error;
+    if (replacement.existed()) {
+        if (!readWholeFile(file, before, error))
+            return fail(error);
+        if (!replacement.write([&](std::ostream& out) { return bool(out << before); }))
+            return fail(replacement.error());
+    }
+    if (!replacement.error().empty())
+        return fail(replacement.error());
+    const std::string& copy = replacement.temporary();
+    if (!writeInChild(section, key, value, copy) || !readWholeFile(copy, after, error))
         return fail("could not write " + file);
+    const std::string lost = force ? std::string() : lostLine(before, after, key);
+    if (!lost.empty())
+        return fail("setting " + words[3] + " would rewrite " + lost + " of " + file
+                    + " by Qt's INI rules; nothing written (--force writes anyway)");
+    const std::string unset = value + "\x01";   // a text the value cannot be
+    if (CrossPlatformApi::getIniString(section.c_str(), key.c_str(), unset.c_str(), copy.c_str()) != value)
+        return fail("could not write " + file + ": the value does not read back");
+    if (!replacement.commit())
+        return fail(replacement.error());
     return 0;
 }
 
-int ini(const std::vector<std::string>& words)
+int ini(const std::vector<std::string>& words, bool force)
 {
     if (words.empty())
         return fail("ini needs one of get, set, sections, entries (kzbs ini --help)");
@@ -91,12 +173,15 @@ int ini(const std::vector<std::string>& words)
         return fail("wrong number of arguments for ini " + action + " (kzbs ini --help)");
 
     const std::string& file = words[1];
-    if (action != "set" && !isReadableFile(file))
-        return fail("no such file: " + file);
+    if (force && action != "set")
+        return fail("--force belongs to ini set");
+    if (action == "set")
+        return iniSet(words, force);
+    const std::string problem = unreadable(file);
+    if (!problem.empty())
+        return fail(problem);
     if (action == "get")
         return iniGet(words);
-    if (action == "set")
-        return iniSet(words);
     if (action == "sections")
         return printLines(CrossPlatformApi::getIniSections(file.c_str()));
     // The library reads this section name in the local 8-bit encoding, which
@@ -128,9 +213,15 @@ int folders(const std::vector<std::string>& words)
 
 void addPlatformCommands(Program& program)
 {
-    auto iniWords = std::make_shared<std::vector<std::string>>();
-    program.addWords(program.add("ini", "read and write INI files", kIniUsage, [iniWords] { return ini(*iniWords); }),
-             *iniWords);
+    struct IniRequest {
+        std::vector<std::string> words;
+        bool force = false;
+    };
+    auto iniRequest = std::make_shared<IniRequest>();
+    CLI::App& iniCommand = program.add("ini", "read and write INI files", kIniUsage,
+                                       [iniRequest] { return ini(iniRequest->words, iniRequest->force); });
+    iniCommand.add_flag("--force", iniRequest->force);
+    program.addWords(iniCommand, iniRequest->words);
     auto folderWords = std::make_shared<std::vector<std::string>>();
     program.addWords(program.add("folders", "the system folders and the application folder", kFoldersUsage,
                          [folderWords] { return folders(*folderWords); }),

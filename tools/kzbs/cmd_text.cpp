@@ -1,14 +1,15 @@
 // kzbs grep and kzbs number: the library's pattern matcher and German
 // number notation from the command line.
 #include "commands.h"
+#include "file_io.h"
 
 #include "KZRegExp.h"
 #include "KZStringFunctions.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <sys/stat.h>
 #include <iostream>
 #include <memory>
 
@@ -38,7 +39,10 @@ const char* const kNumberUsage =
     "usage: kzbs number TEXT...\n"
     "Prints each number written with a decimal point in German notation:\n"
     "decimal comma and '.' grouping ('1234567.89' -> '1.234.567,89').\n"
-    "Without TEXT, reads one number per line from standard input.\n";
+    "Without TEXT, reads one number per line from standard input.\n"
+    "A number is a sign, digits with at most one '.', then nothing or a blank\n"
+    "and any text ('1234 EUR'). Anything else, or text that is not UTF-8,\n"
+    "ends kzbs with exit status 2.\n";
 
 std::string compileError(int status, const std::string& pattern)
 {
@@ -145,17 +149,16 @@ int grep(const std::vector<std::string>& words, GrepOptions options)
         const std::string name = file == "-" ? "(standard input)" : file;
         if (file == "-") {
             matched |= grep.search(std::cin, name);
+            if (std::cin.bad()) {
+                fail("cannot read standard input");
+                failed = true;
+            }
             continue;
         }
-        struct stat info;
-        if (::stat(file.c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
-            fail(file + ": is a directory");
-            failed = true;
-            continue;
-        }
+        const std::string problem = unreadable(file);
         std::ifstream in(file, std::ios::binary);
-        if (!in) {
-            fail(file + ": " + std::strerror(errno));
+        if (!problem.empty() || !in) {
+            fail(problem.empty() ? file + ": " + std::strerror(errno) : problem);
             failed = true;
             continue;
         }
@@ -165,22 +168,52 @@ int grep(const std::vector<std::string>& words, GrepOptions options)
             failed = true;
         }
     }
-    std::cout.flush();
     return failed ? 2 : matched ? 0 : 1;
+}
+
+// A number as the conversion takes it: a sign, digits with at most one
+// decimal point, then nothing or a blank and any text (a unit: "1234 EUR").
+bool isNumber(const std::string& text)
+{
+    std::size_t at = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
+    const std::size_t end = std::min(text.find(' '), text.size());
+    bool digit = false, point = false;
+    for (; at < end; ++at) {
+        if (text[at] == '.' && !point)
+            point = true;
+        else if (text[at] >= '0' && text[at] <= '9')
+            digit = true;
+        else
+            return false;
+    }
+    return digit;
+}
+
+std::string germanNumber(const std::string& utf8, const std::string& where)
+{
+    if (!isUtf8(utf8))
+        throw InputError(where + "'" + printable(utf8) + "' is not valid UTF-8, the encoding kzbs reads");
+    if (!isNumber(utf8))
+        throw InputError(where + "'" + printable(utf8) + "' is not a number such as 1234.5, -12 or 1234 EUR");
+    return toTerminal(reformatNumString(fromTerminal(utf8), true));
 }
 
 int number(const std::vector<std::string>& words)
 {
-    auto print = [](const std::string& text) {
-        std::cout << toTerminal(reformatNumString(fromTerminal(text), true)) << '\n';
-    };
     if (words.empty()) {
-        for (std::string line; std::getline(std::cin, line);)
-            print(line);
-    } else {
-        for (const std::string& word : words)
-            print(word);
+        std::string line;
+        for (unsigned long number = 1; std::getline(std::cin, line); ++number)
+            std::cout << germanNumber(line, "line " + std::to_string(number) + " of standard input: ") << '\n';
+        if (std::cin.bad())
+            return fail("cannot read standard input");
+        return 0;
     }
+    // Check every word before printing any, so bad input never leaves half an answer.
+    std::vector<std::string> numbers;
+    for (const std::string& word : words)
+        numbers.push_back(germanNumber(word, ""));
+    for (const std::string& number : numbers)
+        std::cout << number << '\n';
     return 0;
 }
 

@@ -1,5 +1,5 @@
 // The two text conversions between the applications' Windows-1252 and the
-// file system's UTF-8, done by iconv in two steps: decode to code points (which
+// file system's UTF-8, done by iconv (POSIX) in two steps: decode to code points (which
 // tells bad input apart), then encode (where an unrepresentable character
 // becomes '?', so callers keep working with a readable name).
 #include "CrossPlatformApi.h"

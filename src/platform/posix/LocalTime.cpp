@@ -1,4 +1,5 @@
-// Local time and the small C-library shims the date, time and string code use.
+// Local time and the small C-library shims the date, time and string code use,
+// on POSIX.
 #include "CrossPlatformApi.h"
 
 #include <atomic>
@@ -21,11 +22,15 @@ std::time_t now()
     return clock ? clock() : std::time(nullptr);
 }
 
+// tzset and localtime_r read what localtime reads, a TZ changed since the
+// last call included, without localtime's one shared result, on which every
+// KZTime conversion in two threads would race.
 long timezone()
 {
     const std::time_t t = now();
-    const std::tm* local = ::localtime(&t);
-    return local ? -local->tm_gmtoff : 0;
+    ::tzset();
+    std::tm local;
+    return ::localtime_r(&t, &local) ? -local.tm_gmtoff : 0;
 }
 
 int daylight() { return ::daylight; }
