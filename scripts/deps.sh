@@ -2,10 +2,11 @@
 # Installs the Debian packages a make target needs, when any is missing.
 # Runs apt-get as root (or through sudo), never interactively.
 #
-#   scripts/deps.sh [bench] [fuzz] [package]
+#   scripts/deps.sh [bench] [fuzz] [package] [debian13]
 #
 # Without arguments: what building and testing need (both Qt versions, the
-# test tools). Each named group adds what its make target needs on top.
+# test tools). Each named group adds what its make target needs on top;
+# debian13 is what makes the Debian 13 root of make test-debian13.
 set -eu
 
 build="cmake ninja-build g++ pkg-config make ccache
@@ -14,7 +15,8 @@ build="cmake ninja-build g++ pkg-config make ccache
        python3 python3-icalendar abigail-tools"
 bench="libbenchmark-dev libre2-dev libpcre2-dev"
 fuzz="clang libclang-rt-14-dev"
-package="debhelper dpkg-dev fakeroot lintian"
+package="build-essential debhelper dpkg-dev fakeroot lintian"
+debian13="mmdebstrap debian-archive-keyring"
 
 packages="$build"
 for group in "$@"; do
@@ -22,7 +24,8 @@ for group in "$@"; do
         bench)   packages="$packages $bench" ;;
         fuzz)    packages="$packages $fuzz" ;;
         package) packages="$packages $package" ;;
-        *) echo "deps: unknown group '$group' (bench, fuzz, package)" >&2; exit 2 ;;
+        debian13) packages="$packages $debian13" ;;
+        *) echo "deps: unknown group '$group' (bench, fuzz, package, debian13)" >&2; exit 2 ;;
     esac
 done
 
