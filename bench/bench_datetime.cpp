@@ -1,15 +1,19 @@
 // Dates and holidays: KZDate conversions side by side with the well-known
 // branch-light days-from-civil / civil-from-days algorithms, and the holiday
 // queries over a century. KZDate's construction and Mdy report
-// `vs_reference`: their dates per second over the reference's, the two run
-// alternately (SideBySide.h).
+// `vs_reference`: their dates per second over the reference's; the per-date
+// holiday answers report `vs_bitset` the same way. Peers run alternately
+// with ours (SideBySide.h).
 #include "KZCalendar.h"
 #include "KZDate.h"
+#include "KZHolidayLaw.h"
 
 #include <benchmark/benchmark.h>
 
 #include "SideBySide.h"
 
+#include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -129,17 +133,48 @@ void BM_KZDateMdy(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * dateCount());
 }
 
-void BM_IsPublicHolidayEveryDayOfACentury(benchmark::State& state)
+// The century 2000..2099 asked day by day, beside a lookup in a std::bitset
+// of its holidays (indexed by day number minus the first day's), walked
+// over the same KZDate sequence in the same loop shape. DoNotOptimize on
+// each answer keeps either loop from being vectorised away; `vs_bitset` is
+// our dates per second over the bit set's.
+constexpr std::size_t kCenturyDays = 36525;
+const KZDate kCenturyFirst(1, 1, 2000), kCenturyLast(31, 12, 2099);
+
+using CenturyBits = std::bitset<kCenturyDays>;
+
+template <typename IsHoliday>
+CenturyBits centuryBits(IsHoliday isHoliday)
 {
-    const KZDate first(1, 1, 2000), last(31, 12, 2099);
-    for (auto _ : state) {
-        int holidays = 0;
-        for (KZDate d = first; d.Hash() <= last.Hash(); d = d + 1)
-            holidays += KZCalendar::isPublicHoliday(d, KZBasicServices::BY) == 0;
-        benchmark::DoNotOptimize(holidays);
-    }
-    state.SetItemsProcessed(state.iterations() * (last.Hash() - first.Hash() + 1));
+    CenturyBits bits;
+    for (KZDate d = kCenturyFirst; d.Hash() <= kCenturyLast.Hash(); d = d + 1)
+        bits[d.Hash() - kCenturyFirst.Hash()] = isHoliday(d);
+    return bits;
 }
+
+template <typename IsHoliday>
+void centuryPass(IsHoliday isHoliday)
+{
+    for (KZDate d = kCenturyFirst; d.Hash() <= kCenturyLast.Hash(); d = d + 1)
+        benchmark::DoNotOptimize(isHoliday(d));
+}
+
+bool classicHoliday(const KZDate& d) { return KZCalendar::isPublicHoliday(d, KZBasicServices::BY) == 0; }
+bool lawHoliday(const KZDate& d) { return KZHolidayLaw::isPublicHoliday(d, KZBasicServices::BY) == 0; }
+
+template <bool (*isHoliday)(const KZDate&)>
+void everyDayOfACentury(benchmark::State& state)
+{
+    static const CenturyBits bits = centuryBits(isHoliday);
+    const std::uint32_t first = kCenturyFirst.Hash();
+    bench::sideBySide(state, [] { centuryPass(isHoliday); },
+                      {{"bitset", [first] { centuryPass([first](const KZDate& d) { return bits[d.Hash() - first]; }); }}});
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kCenturyDays));
+}
+
+void BM_IsPublicHolidayEveryDayOfACentury(benchmark::State& state) { everyDayOfACentury<classicHoliday>(state); }
+
+void BM_LawIsPublicHolidayEveryDayOfACentury(benchmark::State& state) { everyDayOfACentury<lawHoliday>(state); }
 
 void BM_HolidaysInPeriodOfACentury(benchmark::State& state)
 {
@@ -156,5 +191,6 @@ BENCHMARK(BM_KZDateConstruct)->UseManualTime();
 BENCHMARK(BM_ReferenceDaysFromCivil);
 BENCHMARK(BM_KZDateMdy)->UseManualTime();
 BENCHMARK(BM_ReferenceCivilFromDays);
-BENCHMARK(BM_IsPublicHolidayEveryDayOfACentury);
+BENCHMARK(BM_IsPublicHolidayEveryDayOfACentury)->UseManualTime();
+BENCHMARK(BM_LawIsPublicHolidayEveryDayOfACentury)->UseManualTime();
 BENCHMARK(BM_HolidaysInPeriodOfACentury);

@@ -171,6 +171,9 @@ public:
     // Easter Sunday: Gregorian after 1582, Julian up to 1582 (right for 1583..4099).
     static KZDate easter(int year);
 
+    // The two per-date queries read nothing but the table and the date: no
+    // cache, no allocation, Easter worked out at most once a call.
+    //
     // The rows whose date in date.Year() is `date`, in table order, whatever the state.
     static PublicHolidayMatches getPublicHolidayInfo(const KZDate& date);
     // 0: a holiday valid in `land` falls on the date (land 0: any);

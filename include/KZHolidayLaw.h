@@ -25,12 +25,13 @@
 //   in every state: "Neujahrstag", "Karfreitag", "Ostermontag", "Tag der
 //     Arbeit", "Christi Himmelfahrt", "Pfingstmontag", "Tag der Deutschen
 //     Einheit" (3 October, from 1990), "1. Weihnachtstag", "2. Weihnachtstag";
-//   "Heilige Drei K\xF6nige" (BW, BY; ST from 1991), "Internationaler
+//   "Heilige Drei K\xF6nige" (BW, BY; ST from 1993), "Internationaler
 //     Frauentag" (BE from 2019, MV from 2023), "Ostersonntag" and
-//     "Pfingstsonntag" (HE; BB from 1991), "Fronleichnam" (BW, BY, HE, NW, RP,
-//     SL; regions SN BZ from 1993, TH EIC, UH, WAK from 1995), "Augsburger
-//     Hohes Friedensfest" (8 August, BY A), "Mari\xE4 Himmelfahrt" (SL; BY A
-//     and KATH), "Weltkindertag" (20 September, TH from 2019),
+//     "Pfingstsonntag" (BB from 1991; elsewhere they are holidays as every
+//     Sunday is, which this list does not repeat), "Fronleichnam" (BW, BY,
+//     HE, NW, RP, SL; regions SN BZ from 1993, TH EIC, UH, WAK from 1991),
+//     "Augsburger Hohes Friedensfest" (8 August, BY A), "Mari\xE4
+//     Himmelfahrt" (SL; BY A and KATH), "Weltkindertag" (20 September, TH from 2019),
 //     "Reformationstag" (BB, MV, SN, ST, TH; HB, HH, NI, SH from 2018; every
 //     state in 2017), "Allerheiligen" (BW, BY, NW, RP, SL), "Bu\xDF- und
 //     Bettag" (every state up to 1994, SN only from 1995);
@@ -40,11 +41,17 @@
 //     8 May 2025 in BE, "Jahrestag des Volksaufstandes vom 17. Juni 1953"
 //     17 June 2028 in BE.
 // For 1990 the eastern states get the nationwide days for the whole year;
-// their own days that fell before 3 October 1990 start in 1991.
+// their own days start in 1991 at the earliest.
 //
-// Invariants: the rules are constant data built at compile time; every
-// function is reentrant and may run on any thread. Names are German,
-// Windows-1252, as in the rest of the library.
+// A state's law sometimes calls a day otherwise (Baden-W\xFCrttemberg's
+// "Erscheinungsfest", Brandenburg's "Reformationsfest", Berlin's
+// "Frauentag"): nameInState gives that name. The lists keep the common name.
+//
+// Invariants: the rules are constant data built at compile time; each year
+// is worked out from them once, on its first question, and shared by every
+// thread without a lock (at most one small record per year of 1990..4099 is
+// kept). Every function is reentrant and may run on any thread. Names are
+// German, Windows-1252, as in the rest of the library.
 #ifndef KZ_HOLIDAY_LAW_H
 #define KZ_HOLIDAY_LAW_H
 
@@ -112,6 +119,12 @@ public:
     // in force that year, gives Ok with states 0 and no regions.
     static Status whereHolds(const std::string& name, int year, int& states,
                              std::vector<const KZBasicServices::HolidayRegion*>& regions);
+
+    // The name the law of `state` (one state) gives `holiday`: its common
+    // name mostly, "Erscheinungsfest" for Heilige Drei K\xF6nige in BW, say.
+    // "" when the holiday holds neither throughout `state` nor in one of its
+    // regions, or `state` is not exactly one state.
+    static std::string nameInState(const DatedHoliday& holiday, KZBasicServices::BundesLand state);
 
     // The classic table's holidays (KZCalendar::getPublicHolidaysInPeriod) in
     // the same form, without regions; for code that handles both rule sets.

@@ -47,14 +47,15 @@
 //
 // Bounds on untrusted patterns and texts: compiling reads the pattern up to
 // its NUL or newline, or until the token string is full, in time linear in
-// what it reads, and allocates one block of fixed size (maxpat and room for
-// a class token). find() reads the text up to its first NUL from the start
-// offset and allocates nothing for an ordinary search; one that backtracks
-// more than a few thousand times records where the rest of the pattern
-// failed, at most one bit per compiled byte and text position (about 18
-// bytes per text character), and never tries that rest at that position
-// again, so its time grows at worst with the square of the text's length
-// times the tokens, never exponentially.
+// what it reads, and allocates one block of fixed size (maxpat, room for a
+// class token, and what find() learns from the tokens beforehand). find()
+// reads the text up to its first NUL from the start offset and allocates
+// nothing for an ordinary search; one that backtracks more than a few
+// thousand times records where the rest of the pattern failed, at most one
+// bit per compiled byte and text position (about 18 bytes per text
+// character), and never tries that rest at that position again, so its time
+// grows at worst with the square of the text's length times the tokens,
+// never exponentially.
 #ifndef KZ_REGEXP_H
 #define KZ_REGEXP_H
 

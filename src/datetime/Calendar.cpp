@@ -1,6 +1,8 @@
 // Holiday queries over dates and periods.
 #include "KZCalendar.h"
 
+#include <cstdint>
+
 using namespace KZBasicServices;
 
 KZCalendar::~KZCalendar() = default;
@@ -10,22 +12,95 @@ bool PublicHolidayInfoListSorter::operator()(const PublicHolidayInfo& a, const P
     return a.getDate().Hash() < b.getDate().Hash();
 }
 
-PublicHolidayMatches KZCalendar::getPublicHolidayInfo(const KZDate& date)
+namespace {
+
+// The days from 1 January 138 to 31 December 4099. For a date among them,
+// date.Year() is its true year, above the two-digit rule, and every row's
+// date in that year is a true date of the same year: so a row falls on the
+// date exactly when its day and month match, or its offset from Easter does.
+// Other dates (the years up to 137, which a row reads as 19xx; the null
+// date; the years after 4099) ask each row for its date as they always did.
+constexpr std::uint32_t kFirstPlainDay = 1771464;  // KZDate(1, 1, 138)
+constexpr std::uint32_t kLastPlainDay = 3218554;   // KZDate(31, 12, 4099)
+
+// KZCalendar::easter gives 22 March .. 26 April in these years (Julian
+// dates included): days 21..56 counted from 1 March.
+constexpr int kEarliestEaster = 21, kLatestEaster = 56;
+
+// What the rows are compared with, worked out once per question.
+struct PlainDay {
+    const KZDate& date;
+    unsigned month, day;
+    int year;
+    std::uint32_t easter = 0;  // Easter Sunday's day number, once needed
+
+    explicit PlainDay(const KZDate& d) : date(d)
+    {
+        unsigned y;
+        date.Mdy(month, day, y);
+        year = static_cast<int>(y);
+    }
+
+    // False when Easter plus `offset` cannot be this date, so most dates
+    // need no Easter. Days are counted from 1 March; before March the count
+    // is one of two, as February has 28 or 29 days.
+    bool mayBeEasterPlus(int offset) const
+    {
+        const std::int64_t latest = month >= 3 ? (153 * (month - 3) + 2) / 5 + day - 1
+                                    : month == 1 ? std::int64_t{day} - 60
+                                                 : std::int64_t{day} - 29;
+        const std::int64_t earliest = month >= 3 ? latest : latest - 1;
+        return earliest - offset <= kLatestEaster && latest - offset >= kEarliestEaster;
+    }
+
+    bool fallsOn(const PublicHolidayInfoBase& row)
+    {
+        switch (row.m_rule) {
+        case PublicHolidayInfoBase::FixedDate:
+            return static_cast<unsigned>(row.m_day) == day && static_cast<unsigned>(row.m_month) == month;
+        case PublicHolidayInfoBase::RelativeToEaster:
+            if (!mayBeEasterPlus(row.m_offset))
+                return false;
+            if (easter == 0)
+                easter = KZCalendar::easter(year).Hash();
+            return easter + static_cast<std::uint32_t>(row.m_offset) == date.Hash();
+        case PublicHolidayInfoBase::DayOfRepentance:
+            return month == 11 && 16 <= day && day <= 22 && date.WeekDay(0) == 3;
+        default:
+            return month == 1 && day == 1;
+        }
+    }
+};
+
+// The rows falling on `date`, in table order (at most two are kept).
+PublicHolidayMatches rowsOn(const KZDate& date)
 {
     PublicHolidayMatches result;
-    const int year = static_cast<int>(date.Year());
-    for (const PublicHolidayInfoBase& row : g_holiday_Info) {
-        if (row.getDateForYear(year).Hash() != date.Hash())
-            continue;
+    const auto keep = [&result](const PublicHolidayInfoBase& row) {
         if (result.count < 2) // the table never puts three rows on one day
             result.matches[result.count++] = &row;
+    };
+    if (date.Hash() < kFirstPlainDay || date.Hash() > kLastPlainDay) {
+        const int year = static_cast<int>(date.Year());
+        for (const PublicHolidayInfoBase& row : g_holiday_Info)
+            if (row.getDateForYear(year).Hash() == date.Hash())
+                keep(row);
+        return result;
     }
+    PlainDay plain(date);
+    for (const PublicHolidayInfoBase& row : g_holiday_Info)
+        if (plain.fallsOn(row))
+            keep(row);
     return result;
 }
 
+} // namespace
+
+PublicHolidayMatches KZCalendar::getPublicHolidayInfo(const KZDate& date) { return rowsOn(date); }
+
 int KZCalendar::isPublicHoliday(const KZDate& date, BundesLand land)
 {
-    const PublicHolidayMatches found = getPublicHolidayInfo(date);
+    const PublicHolidayMatches found = rowsOn(date);
     if (found.count == 0)
         return 1;
     for (int i = 0; i < found.count; ++i)

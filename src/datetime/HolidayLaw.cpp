@@ -2,6 +2,7 @@
 // dates, periods and names.
 #include "HolidayLawTable.h"
 
+#include <algorithm>
 #include <cstring>
 
 using namespace KZBasicServices;
@@ -30,28 +31,16 @@ std::uint32_t dayOf(const LawDate& date, int year, const KZDate& easterSunday)
     return 0;
 }
 
-bool sameHoliday(const ResolvedHoliday& item, std::uint32_t day, const LawRow& row)
-{
-    return item.day == day && std::strcmp(lawRows()[item.row].name, row.name) == 0;
-}
-
 // Stable by day: rows were appended in table order.
 void sortByDay(YearHolidays& year)
 {
-    for (int i = 1; i < year.count; ++i) {
-        const ResolvedHoliday moving = year.items[static_cast<std::size_t>(i)];
-        int j = i;
-        while (j > 0 && year.items[static_cast<std::size_t>(j - 1)].day > moving.day) {
-            year.items[static_cast<std::size_t>(j)] = year.items[static_cast<std::size_t>(j - 1)];
-            --j;
-        }
-        year.items[static_cast<std::size_t>(j)] = moving;
-    }
+    std::stable_sort(year.items.begin(), year.items.begin() + year.count,
+                     [](const ResolvedHoliday& a, const ResolvedHoliday& b) { return a.day < b.day; });
 }
 
 } // namespace
 
-YearHolidays resolveYear(int year)
+YearHolidays workOutYear(int year)
 {
     YearHolidays result;
     if (year < KZHolidayLaw::FirstYear || year > kLastYear)
@@ -64,15 +53,16 @@ YearHolidays resolveYear(int year)
             continue;
         const std::uint32_t day = dayOf(row.date, year, easterSunday);
         const unsigned regionBit = row.region == kNoRegion ? 0u : 1u << row.region;
-        ResolvedHoliday* merged = nullptr;
-        for (int i = 0; i < result.count; ++i)
-            if (sameHoliday(result.items[static_cast<std::size_t>(i)], day, row))
-                merged = &result.items[static_cast<std::size_t>(i)];
-        if (merged) {
+        const auto merged = std::find_if(result.items.begin(), result.items.begin() + result.count,
+                                         [&](const ResolvedHoliday& item) {
+                                             return item.day == day && std::strcmp(rows[item.row].name, row.name) == 0;
+                                         });
+        if (merged != result.items.begin() + result.count) {
             merged->states |= row.states;
             merged->regions |= regionBit;
         } else {
-            result.items[static_cast<std::size_t>(result.count++)] = {day, r, row.states, regionBit};
+            *merged = {day, r, row.states, regionBit};
+            ++result.count;
         }
     }
     sortByDay(result);
@@ -116,9 +106,9 @@ bool regionIndexFor(BundesLand land, const std::string& code, int& index)
 std::vector<const HolidayRegion*> regionsOf(unsigned bits)
 {
     std::vector<const HolidayRegion*> result;
-    for (int i = 0; i < kRegionCount; ++i)
+    for (std::size_t i = 0; i < KZHolidayLaw::regions().size(); ++i)
         if (bits >> i & 1u)
-            result.push_back(&KZHolidayLaw::regions()[static_cast<std::size_t>(i)]);
+            result.push_back(&KZHolidayLaw::regions()[i]);
     return result;
 }
 
@@ -154,9 +144,7 @@ KZHolidayLaw::Status KZHolidayLaw::holidaysInPeriod(const KZDate& from, const KZ
     if (yearOf(from) > LastYear || yearOf(to) > LastYear)  // the null date reads as a year far beyond
         return OutOfRange;
     for (int year = yearOf(from); year <= yearOf(to); ++year) {
-        const YearHolidays holidays = resolveYear(year);
-        for (int i = 0; i < holidays.count; ++i) {
-            const ResolvedHoliday& h = holidays.items[static_cast<std::size_t>(i)];
+        for (const ResolvedHoliday& h : resolveYear(year)) {
             if (h.day < from.Hash() || h.day > to.Hash() || !holdsFor(h, land, regionIndex))
                 continue;
             out.push_back(DatedHoliday{dateOfDay(h.day), lawRows()[h.row].name, h.states, regionsOf(h.regions)});
@@ -170,21 +158,12 @@ int KZHolidayLaw::isPublicHoliday(const KZDate& date, BundesLand land, const std
     int regionIndex = kNoRegion;
     if (!regionIndexFor(land, region, regionIndex))
         return -2;
-    if (yearOf(date) < FirstYear)
+    const int year = yearOf(date);
+    if (year < FirstYear)
         return -1;
-    if (yearOf(date) > LastYear)
+    if (year > LastYear)
         return -3;
-    const YearHolidays holidays = resolveYear(yearOf(date));
-    bool any = false;
-    for (int i = 0; i < holidays.count; ++i) {
-        const ResolvedHoliday& h = holidays.items[static_cast<std::size_t>(i)];
-        if (h.day != date.Hash())
-            continue;
-        if (holdsFor(h, land, regionIndex))
-            return 0;
-        any = true;
-    }
-    return any ? 2 : 1;
+    return answerOn(date, year, land, regionIndex);
 }
 
 KZHolidayLaw::Status KZHolidayLaw::whereHolds(const std::string& name, int year, int& states,
@@ -207,6 +186,22 @@ KZHolidayLaw::Status KZHolidayLaw::whereHolds(const std::string& name, int year,
     }
     regions = regionsOf(regionBits);
     return Ok;
+}
+
+std::string KZHolidayLaw::nameInState(const DatedHoliday& holiday, BundesLand state)
+{
+    if (!isSingleState(state))
+        return "";
+    bool holds = (holiday.states & state) != 0;
+    for (const HolidayRegion* region : holiday.regions)
+        holds = holds || (region && region->state == state);
+    if (!holds)
+        return "";
+    const StateName* names = stateNames();
+    for (std::size_t i = 0; i < stateNameCount(); ++i)
+        if (names[i].state == state && holiday.name == names[i].name)
+            return names[i].lawName;
+    return holiday.name;
 }
 
 std::vector<DatedHoliday> KZHolidayLaw::classicHolidaysInPeriod(const KZDate& from, const KZDate& to, BundesLand land)

@@ -7,9 +7,16 @@
 // - The nationwide days hold in all sixteen states from 1990. Until
 //   3 October 1990 the eastern states' territory was under the GDR's rules;
 //   this table does not model them and applies the nationwide days there too.
-// - The eastern states' own days that fell before 3 October 1990 (Heilige
-//   Drei Koenige in Sachsen-Anhalt, Ostersonntag and Pfingstsonntag in
-//   Brandenburg) start in 1991, with the states' own laws.
+// - The eastern states' own days start with the first year their rules held
+//   in full: Ostersonntag and Pfingstsonntag in Brandenburg in 1991 (its law
+//   of 21 March 1991); Heilige Drei Koenige in Sachsen-Anhalt in 1993 (its
+//   law of 1992 came after that year's 6 January); Fronleichnam in the
+//   Thuringian regions in 1991. The GDR's holiday ordinance of 16 May 1990
+//   made Fronleichnam a holiday in predominantly Catholic territories, the
+//   Unification Treaty kept it until the states' laws, and Thueringen's law
+//   keeps it where it was observed in 1994. So 14 June 1990, the ordinance's
+//   first Fronleichnam, is no holiday of those regions here: like the rest
+//   of the GDR's rules before 3 October 1990, it is not modelled.
 // - 17 June 1990 was still the West German "Tag der deutschen Einheit"
 //   (federal law of 4 August 1953, repealed by the Unification Treaty): it
 //   holds in the ten western states. Berlin is left out, since only its
@@ -19,10 +26,12 @@
 //
 // Abbreviations of the laws in the source comments:
 //   EV        Einigungsvertrag (Unification Treaty) 1990
+//   FeiertagsVO DDR  the GDR's Verordnung ueber Feiertage of 16 May 1990
+//             (GBl. I S. 248) and its first implementing rule of 7 June 1990
 //   FTG BW    Gesetz ueber die Sonntage und Feiertage Baden-Wuerttemberg
 //   FTG BY    Bayerisches Feiertagsgesetz
 //   SonnFG    Berliner Gesetz ueber die Sonn- und Feiertage
-//   FTG BB    Brandenburgisches Feiertagsgesetz (1991)
+//   FTG BB    Brandenburgisches Feiertagsgesetz (law of 21 March 1991)
 //   SFG HB    Bremisches Gesetz ueber die Sonn- und Feiertage
 //   FeiertG HH Hamburgisches Feiertagsgesetz
 //   HFeiertagsG Hessisches Feiertagsgesetz
@@ -32,7 +41,8 @@
 //   LFtG      Landesfeiertagsgesetz Rheinland-Pfalz
 //   SFG SL    Saarlaendisches Gesetz ueber die Sonn- und Feiertage
 //   SaechsSFG Saechsisches Sonn- und Feiertagsgesetz (1992)
-//   FeiertG LSA Feiertagsgesetz Sachsen-Anhalt (1991)
+//   FeiertG LSA Feiertagsgesetz Sachsen-Anhalt (1992; the government's draft
+//             of late 1991 did not contain 6 January)
 //   SFTG SH   Schleswig-Holsteinisches Sonn- und Feiertagsgesetz
 //   ThuerFtG  Thueringer Feiertagsgesetz (1994)
 // "all laws" stands for the list of public holidays in each of them.
@@ -49,26 +59,24 @@ constexpr LawRow kRows[] = {
     // name                               date                           states / region          first  last
     {"Neujahrstag",                       fixed(1, 1),                   Alle, kNoRegion,          1990, kOpenEnded}, // all laws
     {"Heilige Drei K\xF6nige",            fixed(6, 1),                   BW | BY, kNoRegion,       1990, kOpenEnded}, // FTG BW s1; FTG BY Art.1(1)
-    {"Heilige Drei K\xF6nige",            fixed(6, 1),                   ST, kNoRegion,            1991, kOpenEnded}, // FeiertG LSA s2(1)
+    {"Heilige Drei K\xF6nige",            fixed(6, 1),                   ST, kNoRegion,            1993, kOpenEnded}, // FeiertG LSA s2(1), in force from 1992 (after that 6 January)
     {"Internationaler Frauentag",         fixed(8, 3),                   BE, kNoRegion,            2019, kOpenEnded}, // SonnFG s1, amended January 2019
     {"Internationaler Frauentag",         fixed(8, 3),                   MV, kNoRegion,            2023, kOpenEnded}, // FTG MV s2, amended 2022
     {"Karfreitag",                        easterPlus(-2),                Alle, kNoRegion,          1990, kOpenEnded}, // all laws
-    {"Ostersonntag",                      easterPlus(0),                 HE, kNoRegion,            1990, kOpenEnded}, // HFeiertagsG s1
-    {"Ostersonntag",                      easterPlus(0),                 BB, kNoRegion,            1991, kOpenEnded}, // FTG BB s2(1)
+    {"Ostersonntag",                      easterPlus(0),                 BB, kNoRegion,            1991, kOpenEnded}, // FTG BB s2(1); no other law names it (HFeiertagsG s1(1) has "die Sonntage")
     {"Ostermontag",                       easterPlus(1),                 Alle, kNoRegion,          1990, kOpenEnded}, // all laws
     {"Tag der Arbeit",                    fixed(1, 5),                   Alle, kNoRegion,          1990, kOpenEnded}, // all laws
     {"Tag der Befreiung",                 once(8, 5, 2020),              BE, kNoRegion,            2020, 2020},       // SonnFG s1a (75th anniversary)
     {"Tag der Befreiung",                 once(8, 5, 2025),              BE, kNoRegion,            2025, 2025},       // SonnFG s1a (80th anniversary)
     {"Christi Himmelfahrt",               easterPlus(39),                Alle, kNoRegion,          1990, kOpenEnded}, // all laws
-    {"Pfingstsonntag",                    easterPlus(49),                HE, kNoRegion,            1990, kOpenEnded}, // HFeiertagsG s1
-    {"Pfingstsonntag",                    easterPlus(49),                BB, kNoRegion,            1991, kOpenEnded}, // FTG BB s2(1)
+    {"Pfingstsonntag",                    easterPlus(49),                BB, kNoRegion,            1991, kOpenEnded}, // FTG BB s2(1); as Ostersonntag
     {"Pfingstmontag",                     easterPlus(50),                Alle, kNoRegion,          1990, kOpenEnded}, // all laws
     {"Fronleichnam",                      easterPlus(60),                BW | BY | HE | NW | RP | SL, kNoRegion,
                                                                                                    1990, kOpenEnded}, // FTG BW s1; FTG BY Art.1(1); HFeiertagsG s1; FTG NW s2; LFtG s2; SFG SL s2
     {"Fronleichnam",                      easterPlus(60),                0, RegionBZ,              1993, kOpenEnded}, // SaechsSFG s1(2) with its ordinance of communities
-    {"Fronleichnam",                      easterPlus(60),                0, RegionEIC,             1995, kOpenEnded}, // ThuerFtG s2(2), law of 21 December 1994
-    {"Fronleichnam",                      easterPlus(60),                0, RegionUH,              1995, kOpenEnded}, // ThuerFtG s2(2)
-    {"Fronleichnam",                      easterPlus(60),                0, RegionWAK,             1995, kOpenEnded}, // ThuerFtG s2(2)
+    {"Fronleichnam",                      easterPlus(60),                0, RegionEIC,             1991, kOpenEnded}, // FeiertagsVO DDR, kept by EV Annex II Ch. VIII Area C Sec. III; ThuerFtG s10(1), law of 21 December 1994
+    {"Fronleichnam",                      easterPlus(60),                0, RegionUH,              1991, kOpenEnded}, // as EIC
+    {"Fronleichnam",                      easterPlus(60),                0, RegionWAK,             1991, kOpenEnded}, // as EIC
     {"Tag der deutschen Einheit",         once(17, 6, 1990),             kWest, kNoRegion,         1990, 1990},       // federal law of 4 August 1953, repealed by EV
     {"Jahrestag des Volksaufstandes vom 17. Juni 1953",
                                           once(17, 6, 2028),             BE, kNoRegion,            2028, 2028},       // SonnFG s1a (75th anniversary)
@@ -98,10 +106,17 @@ static_assert(kRowCount <= kMaxRows, "a year must have room for every row");
 constexpr HolidayRegion kRegions[kRegionCount] = {
     {BY, "A", "Stadt Augsburg"},
     {BY, "KATH", "Gemeinden mit \xFC" "berwiegend katholischer Bev\xF6lkerung"},
-    {SN, "BZ", "Katholisch gepr\xE4gte Gemeinden des Landkreises Bautzen"},
-    {TH, "EIC", "Gemeinden mit \xFC" "berwiegend katholischer Bev\xF6lkerung im Landkreis Eichsfeld"},
-    {TH, "UH", "Gemeinden mit \xFC" "berwiegend katholischer Bev\xF6lkerung im Unstrut-Hainich-Kreis"},
-    {TH, "WAK", "Gemeinden mit \xFC" "berwiegend katholischer Bev\xF6lkerung im Wartburgkreis"},
+    {SN, "BZ", "Die von der s\xE4" "chsischen Verordnung von 1993 benannten Gemeinden im Landkreis Bautzen"},
+    {TH, "EIC", "Landkreis Eichsfeld: Teile, in denen Fronleichnam 1994 begangen wurde (der Kreis wendet es auf sein ganzes Gebiet an)"},
+    {TH, "UH", "Teile des Unstrut-Hainich-Kreises, in denen Fronleichnam 1994 begangen wurde"},
+    {TH, "WAK", "Teile des Wartburgkreises, in denen Fronleichnam 1994 begangen wurde"},
+};
+
+// Where a state's law calls a day by another name than the rows do.
+constexpr StateName kStateNames[] = {
+    {"Heilige Drei K\xF6nige",      BW, "Erscheinungsfest"},  // FTG BW s1
+    {"Internationaler Frauentag",   BE, "Frauentag"},         // SonnFG s1
+    {"Reformationstag",             BB, "Reformationsfest"},  // FTG BB s2(1)
 };
 
 // A single-date row holds in its own year only; its years must say so.
@@ -119,6 +134,8 @@ static_assert(onceRowsAgree(), "a single-date row must hold in exactly its year"
 const LawRow* lawRows() { return kRows; }
 int lawRowCount() { return kRowCount; }
 const HolidayRegion* regionTable() { return kRegions; }
+const StateName* stateNames() { return kStateNames; }
+std::size_t stateNameCount() { return sizeof kStateNames / sizeof kStateNames[0]; }
 
 } // namespace holidaylaw
 } // namespace KZBasicServices

@@ -7,6 +7,7 @@
 #include "KZHolidayLaw.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace KZBasicServices {
@@ -54,6 +55,16 @@ const LawRow* lawRows();
 int lawRowCount();
 const HolidayRegion* regionTable();  // kRegionCount entries
 
+// A name one state's law gives a holiday instead of its common name.
+struct StateName {
+    const char* name;     // the common name, as in the rows
+    int state;            // one BundesLand bit
+    const char* lawName;  // German, Windows-1252
+};
+
+const StateName* stateNames();
+std::size_t stateNameCount();
+
 // One holiday in one year: the rows of one name on one date, merged.
 struct ResolvedHoliday {
     std::uint32_t day;    // day number of the date
@@ -66,10 +77,24 @@ struct ResolvedHoliday {
 struct YearHolidays {
     int count = 0;
     std::array<ResolvedHoliday, kMaxRows> items{};
+
+    const ResolvedHoliday* begin() const { return items.data(); }
+    const ResolvedHoliday* end() const { return items.data() + count; }
 };
 
-// Every holiday in force in `year` (1990..kLastYear; others give none).
-YearHolidays resolveYear(int year);
+// Every holiday in force in `year` (1990..kLastYear; others give none),
+// worked out from the table.
+YearHolidays workOutYear(int year);
+
+// The same, worked out once per process and shared by every thread
+// (HolidayLawYears.cpp); the reference stays valid until the process ends
+// (should memory for keeping the year run out: until this thread's next
+// question about the law).
+const YearHolidays& resolveYear(int year);
+
+// KZHolidayLaw::isPublicHoliday for a date of `year` (1990..kLastYear):
+// 0 a holiday for `land` and `region`, 2 holidays elsewhere only, 1 none.
+int answerOn(const KZDate& date, int year, int land, int region);
 
 // Whether a resolved holiday is one for `land` (0: any place; one state:
 // throughout it or in `region`; several: throughout all of them).

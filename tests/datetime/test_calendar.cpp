@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -118,4 +119,60 @@ TEST(CalendarQueries, PeriodsSortStablyButAppendersNeitherClearNorSort)
                                                      "Heilige Drei K\xF6nige 2010"}));
     EXPECT_EQ(KZCalendar::appendPublicHolidaysInYear(KZDate(31, 12, 2010), KZDate(1, 1, 2010), XX, year), 0);
     EXPECT_EQ(year.size(), 4u);
+}
+
+// The per-date answers against the rows' own dates, the way they were always
+// found: a row falls on a date when its getDateForYear(date.Year()) is that
+// date. Every day of the years 0..4100 (those up to 137 read as 19xx by the
+// rows, Julian Easter before 1583), the null date and day numbers that wrap.
+// The rows' dates are kept per year, as the walk meets each year many times.
+static PublicHolidayMatches rowsByTheirDates(const KZDate& date)
+{
+    static int year = -1;
+    static std::uint32_t rowDays[kPublicHolidayCount];
+    if (static_cast<int>(date.Year()) != year) {
+        year = static_cast<int>(date.Year());
+        for (int i = 0; i < kPublicHolidayCount; ++i)
+            rowDays[i] = g_holiday_Info[i].getDateForYear(year).Hash();
+    }
+    PublicHolidayMatches found;
+    for (int i = 0; i < kPublicHolidayCount; ++i)
+        if (rowDays[i] == date.Hash() && found.count < 2)
+            found.matches[found.count++] = &g_holiday_Info[i];
+    return found;
+}
+
+TEST(CalendarQueries, PerDateAnswersAgreeWithTheRowsDatesOnEveryDay)
+{
+    const int lands[] = {XX, BW, BY, BE, BB, HB, HH, HE, MV, NI, NW, RP, SL, SN, ST, SH, TH, Alle,
+                         BW | BY, BY | SL, BW | ST, BB | MV | SN | ST | TH, 0x10000, -1};
+    std::vector<std::uint32_t> days;
+    constexpr std::uint32_t kJanuary1stOfYear0 = 1721060;
+    for (std::uint32_t d = kJanuary1stOfYear0; d <= KZDate(31, 12, 4100).Hash(); ++d)
+        days.push_back(d);
+    for (std::uint32_t d : {0u, 1u, 4294967295u, 4294967000u, 2000000000u})
+        days.push_back(d);
+    unsigned month, day, year;  // KZDate reads year 0 from 1 March on; the days before wrap
+    KZDate(kJanuary1stOfYear0 + 60 - 2415386u, 0).Mdy(month, day, year);
+    ASSERT_EQ(year * 10000 + month * 100 + day, 301u);
+    int holidays = 0;
+    for (std::uint32_t n : days) {
+        const KZDate date(n - 2415386u, 0);
+        const PublicHolidayMatches expected = rowsByTheirDates(date), got = KZCalendar::getPublicHolidayInfo(date);
+        ASSERT_EQ(got.count, expected.count) << "day number " << n;
+        for (int i = 0; i < got.count; ++i)
+            ASSERT_EQ(got.matches[i], expected.matches[i]) << "day number " << n;
+        if (expected.count == 0) {
+            ASSERT_EQ(KZCalendar::isPublicHoliday(date, XX), 1) << "day number " << n;
+            continue;
+        }
+        ++holidays;
+        for (int land : lands) {
+            bool valid = false;
+            for (int i = 0; i < expected.count; ++i)
+                valid = valid || expected.matches[i]->isValidIn(mask(land));
+            ASSERT_EQ(KZCalendar::isPublicHoliday(date, mask(land)), valid ? 0 : 2) << "day number " << n << " in " << land;
+        }
+    }
+    EXPECT_GT(holidays, 11 * 3962);  // the nine days every state has and more, in each year 138..4099
 }

@@ -47,6 +47,13 @@ TEST(RegExpSkip, LiteralsFarIntoTheText)
         {"error.*disk", kPad + "error\ndisk", 0, -1, 0},              // '.' stops at the newline
         {"[xy]abc", kPad + "zabc yabc", 0, 105, 4},
         {"ab?c", kPad + "ac abc", 0, 100, 2},
+        {"[^-]x", kPad + "ax", 0, 100, 2},                            // a class that holds NUL's bit
+        {"[^-]", kPad + std::string(1, '\0') + "b", 0, -1, 0},        // ... still stops at the text's NUL
+        {"[^ ]+ing", kPad + " sing", 0, 101, 4},
+        {"$", kPad + "\n", 0, 100, 0},
+        {"a.b.c.d.eee", kPad + "a1b2c3d4eee", 0, 100, 11},            // more literals than the plan keeps
+        {"a.b.c.d.eee", kPad + "a1b2c3d4ee", 0, -1, 0},
+        {"\xAB\xAA", kPad + "\xAA\xAA", 0, 100, 2},                   // '+' over a stray closure byte, a literal
     };
     for (const Case& c : cases) {
         const KZRegExp re(c.pattern);

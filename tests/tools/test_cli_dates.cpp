@@ -150,6 +150,7 @@ TEST(CliHolidays, LawByStateYearAndRegion)
         {{"holidays", "2024", "--state", "SN", "--region", "BZ", "--format", "json"},
          "\"name\": \"Fronleichnam\", \"states\": [\"BW\", \"BY\", \"HE\", \"NW\", \"RP\", \"SL\", \"SN-BZ\", \"TH-EIC\", "
          "\"TH-UH\", \"TH-WAK\"]}", true},
+        {{"holidays", "2024", "--format", "json"}, "\"states\": [\"BW\", \"BY\", \"ST\"], \"state_names\": {\"BW\": \"Erscheinungsfest\"}}", true},
     };
     for (const auto& c : cases) {
         const auto r = runKzbs(c.args);

@@ -88,6 +88,12 @@ HolidayRow rowOf(const DatedHoliday& holiday)
     HolidayRow row{holiday.date, holiday.name, statesOf(holiday.states), {}};
     for (const HolidayRegion* region : holiday.regions)
         row.regions.push_back(states.getName(region->state, false) + "-" + region->code);
+    for (int i = 0; i < 16; ++i) {
+        const BundesLand state = Bundeslaender::getBundesLandConstants()[i];
+        const std::string own = KZHolidayLaw::nameInState(holiday, state);
+        if (!own.empty() && own != holiday.name)
+            row.stateNames.emplace_back(states.getName(state, false), own);
+    }
     return row;
 }
 

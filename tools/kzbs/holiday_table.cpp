@@ -75,7 +75,13 @@ void printJson(std::ostream& out, const std::vector<HolidayRow>& rows)
             << ", \"name\": " << jsonString(toTerminal(row.name)) << ", \"states\": [";
         for (size_t i = 0; i < where.size(); ++i)
             out << (i ? ", " : "") << jsonString(where[i]);
-        out << "]}";
+        out << "]";
+        const char* before = ", \"state_names\": {";
+        for (const auto& own : row.stateNames) {
+            out << before << jsonString(own.first) << ": " << jsonString(toTerminal(own.second));
+            before = ", ";
+        }
+        out << (row.stateNames.empty() ? "}" : "}}");
         separator = ",\n";
     }
     out << (rows.empty() ? "]\n" : "\n]\n");

@@ -7,6 +7,7 @@
 
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kzbs {
@@ -16,6 +17,7 @@ struct HolidayRow {
     std::string name;                  // Windows-1252, as the library has it
     std::vector<std::string> states;   // {"alle"} for all sixteen, else abbreviations
     std::vector<std::string> regions;  // "SN-BZ": region BZ of Sachsen, ordered by state
+    std::vector<std::pair<std::string, std::string>> stateNames = {};  // {"BW", its law's name} where that differs
 };
 
 // "BW BY ST", "alle", or with regions "SL, BY-A BY-KATH": whole states first,
