@@ -105,14 +105,15 @@ public:
     }
 
 private:
+    // line is followed by its newline.
     void printLine(const char* line, std::size_t length, const std::string& prefix)
     {
-        std::cout << prefix;
+        if (!prefix.empty())
+            std::cout << prefix;
         if (m_options.raw)
-            std::cout.write(line, static_cast<std::streamsize>(length));
+            std::cout.write(line, static_cast<std::streamsize>(length + 1));
         else
-            std::cout << toTerminal(std::string(line, length));
-        std::cout << '\n';
+            std::cout << toTerminal(std::string(line, length)) << '\n';
     }
 
     bool printMatches(const std::string& text, const std::string& prefix)

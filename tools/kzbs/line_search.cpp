@@ -99,11 +99,11 @@ std::size_t LineSearch::nextCandidate(Scan& scan, std::size_t& matchEnd)
 
     if (found >= 0) {
         const std::size_t at = static_cast<std::size_t>(found);
-        scan.window = std::clamp(4 * (at - scan.at), kSmallestWindow, kLargestWindow);
+        scan.window = std::min(4 * (at - scan.at), kLargestWindow);
         matchEnd = at + length;
         return at;
     }
-    scan.window = std::min(2 * scan.window, kLargestWindow);
+    scan.window = std::min(std::max(2 * scan.window, kGrowFrom), kLargestWindow);
     matchEnd = 0;
     if (nul)
         return static_cast<std::size_t>(static_cast<const char*>(nul) - text.data());

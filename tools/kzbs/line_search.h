@@ -69,7 +69,7 @@ private:
     // over the next line's first byte: large where matches are rare, small
     // where they are dense.
     static constexpr std::size_t kFirstWindow = 64 * 1024;
-    static constexpr std::size_t kSmallestWindow = 256;
+    static constexpr std::size_t kGrowFrom = 4096;
     static constexpr std::size_t kLargestWindow = 4 * 1024 * 1024;
 
     bool nextMatchingLine(Scan& scan, LineSpan& line);
