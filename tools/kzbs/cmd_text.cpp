@@ -78,10 +78,11 @@ public:
     {
         bool matched = false;
         unsigned long number = 1; // of the line at counted
-        std::string block, carry;
-        while (readLines(in, block, carry)) {
+        LineReader reader(in);
+        while (reader.next()) {
+            const std::string& block = reader.bytes();
             std::size_t counted = 0;
-            m_lines.forEachMatchingLine(block, [&](LineSpan line) {
+            m_lines.forEachMatchingLine(reader.bytes(), reader.size(), [&](LineSpan line) {
                 if (m_options.lineNumbers) {
                     number += static_cast<unsigned long>(
                         std::count(block.begin() + counted, block.begin() + line.begin, '\n'));
@@ -99,7 +100,7 @@ public:
                 }
             });
             if (m_options.lineNumbers)
-                number += static_cast<unsigned long>(std::count(block.begin() + counted, block.end(), '\n'));
+                number += static_cast<unsigned long>(std::count(block.begin() + counted, block.begin() + reader.size(), '\n'));
         }
         return matched;
     }

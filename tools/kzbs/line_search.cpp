@@ -21,27 +21,29 @@ constexpr char kLineStartToken = '\xDE';
 
 } // namespace
 
-bool readLines(std::istream& in, std::string& block, std::string& carry)
+bool LineReader::next()
 {
     constexpr std::size_t kRead = 1024 * 1024;
-    block.swap(carry);
-    carry.clear();
-    while (in) {
-        const std::size_t old = block.size();
-        block.resize(old + kRead);
-        in.read(&block[old], static_cast<std::streamsize>(kRead));
-        const std::size_t got = static_cast<std::size_t>(in.gcount());
-        block.resize(old + got);
-        if (const void* newline = got > 0 ? memrchr(&block[old], '\n', got) : nullptr) {
-            const std::size_t whole = static_cast<std::size_t>(static_cast<const char*>(newline) - block.data()) + 1;
-            carry.assign(block, whole, std::string::npos);
-            block.resize(whole);
+    // The unfinished line behind the last block begins this one.
+    m_buffer.erase(0, m_size);
+    m_end -= m_size;
+    m_size = 0;
+    while (m_in) {
+        if (m_buffer.size() < m_end + kRead + 1)
+            m_buffer.resize(m_end + kRead + 1);
+        m_in.read(&m_buffer[m_end], static_cast<std::streamsize>(kRead));
+        const std::size_t got = static_cast<std::size_t>(m_in.gcount());
+        const void* newline = got > 0 ? memrchr(&m_buffer[m_end], '\n', got) : nullptr;
+        m_end += got;
+        if (newline) {
+            m_size = static_cast<std::size_t>(static_cast<const char*>(newline) - m_buffer.data()) + 1;
             return true;
         }
     }
-    if (block.empty())
+    if (m_end == 0)
         return false;
-    block += '\n';
+    m_buffer[m_end++] = '\n';
+    m_size = m_end;
     return true;
 }
 
@@ -81,20 +83,21 @@ bool LineSearch::lineMatches(const std::string& text, std::size_t begin, std::si
 std::size_t LineSearch::nextCandidate(Scan& scan, std::size_t& matchEnd)
 {
     std::string& text = scan.text;
-    const std::size_t size = text.size();
+    const std::size_t size = scan.size;
     std::size_t end = size;
     if (scan.window < size - scan.at) {
         const void* newline = std::memchr(&text[scan.at + scan.window], '\n', size - scan.at - scan.window);
         if (newline)
             end = static_cast<std::size_t>(static_cast<const char*>(newline) - text.data()) + 1;
     }
-    const char covered = end < size ? text[end] : '\0';
-    if (end < size)
+    const bool marked = end < text.size();
+    const char covered = marked ? text[end] : '\0';
+    if (marked)
         text[end] = '\0';
     unsigned long length = 0;
     const int found = m_finder.find(text, &length, static_cast<unsigned long>(scan.at));
     const void* nul = found < 0 ? std::memchr(&text[scan.at], '\0', end - scan.at) : nullptr;
-    if (end < size)
+    if (marked)
         text[end] = covered;
 
     if (found >= 0) {
@@ -114,9 +117,9 @@ std::size_t LineSearch::nextCandidate(Scan& scan, std::size_t& matchEnd)
 bool LineSearch::nextMatchingLine(Scan& scan, LineSpan& line)
 {
     const std::string& text = scan.text;
-    const std::size_t size = text.size();
+    const std::size_t size = scan.size;
     // find() counts offsets in an int.
-    const bool eachLine = m_eachLine || size > static_cast<std::size_t>(INT_MAX);
+    const bool eachLine = m_eachLine || text.size() > static_cast<std::size_t>(INT_MAX);
     while (scan.at < size) {
         std::size_t matchEnd = 0;
         std::size_t candidate = scan.at;

@@ -27,24 +27,39 @@ struct LineSpan {
     std::size_t end = 0;
 };
 
-// Reads the next block of whole lines from in (large reads, about a
-// megabyte, more for a longer line) into block, each line ending in a
-// newline: a last line without one gets one. The unfinished line at the end
-// of a read waits in carry for the next call. False at the end of the stream.
-bool readLines(std::istream& in, std::string& block, std::string& carry);
+// A stream read in large blocks of whole lines (about a megabyte each,
+// more for a longer line), into one buffer that is reused.
+class LineReader {
+public:
+    explicit LineReader(std::istream& in) : m_in(in) {}
+
+    // Reads the next block; false at the end of the stream. Its lines are
+    // bytes()[0, size()), each ending in a newline: a last line without one
+    // gets one. The buffer is longer than the block.
+    bool next();
+
+    std::string& bytes() { return m_buffer; }
+    std::size_t size() const { return m_size; }
+
+private:
+    std::istream& m_in;
+    std::string m_buffer;
+    std::size_t m_size = 0; // the block's whole lines
+    std::size_t m_end = 0;  // what has been read into the buffer
+};
 
 class LineSearch {
 public:
     // re compiled from pattern without errors; both must outlive the search.
     LineSearch(const KZRegExp& re, const std::string& pattern);
 
-    // Calls visit(LineSpan) for each line of text in which the pattern
-    // matches, in order. text holds whole lines, each ending in a newline;
-    // it is written to during the search and restored before the return.
+    // Calls visit(LineSpan) for each line of text[0, size) in which the
+    // pattern matches, in order; each line there ends in a newline. The text
+    // is written to during the search and restored before each visit.
     template <class Visit>
-    void forEachMatchingLine(std::string& text, Visit visit)
+    void forEachMatchingLine(std::string& text, std::size_t size, Visit visit)
     {
-        Scan scan(text);
+        Scan scan(text, size);
         LineSpan line;
         while (nextMatchingLine(scan, line))
             visit(line);
@@ -56,9 +71,10 @@ public:
 private:
     // Where a search through one buffer stands.
     struct Scan {
-        explicit Scan(std::string& text) : text(text) {}
+        Scan(std::string& text, std::size_t size) : text(text), size(size) {}
 
         std::string& text;
+        const std::size_t size;
         std::size_t at = 0;                  // the start of the first line not yet decided
         std::size_t window = kFirstWindow;   // how far find() may look ahead
         std::size_t eachLineUntil = 0;       // lines before this are tried one by one
