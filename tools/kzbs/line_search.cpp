@@ -23,9 +23,11 @@ constexpr char kLineStartToken = '\xDE';
 
 bool LineReader::next()
 {
-    constexpr std::size_t kRead = 1024 * 1024;
+    constexpr std::size_t kRead = 256 * 1024;
     // The unfinished line behind the last block begins this one.
-    m_buffer.erase(0, m_size);
+    // (Moved within the buffer, which keeps its length: growing it again
+    // would fill it with zeros first.)
+    std::memmove(&m_buffer[0], m_buffer.data() + m_size, m_end - m_size);
     m_end -= m_size;
     m_size = 0;
     while (m_in) {
@@ -102,7 +104,7 @@ std::size_t LineSearch::nextCandidate(Scan& scan, std::size_t& matchEnd)
 
     if (found >= 0) {
         const std::size_t at = static_cast<std::size_t>(found);
-        scan.window = std::min(4 * (at - scan.at), kLargestWindow);
+        scan.window = std::min(2 * (at - scan.at), kLargestWindow);
         matchEnd = at + length;
         return at;
     }
