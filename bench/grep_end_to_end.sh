@@ -66,11 +66,15 @@ for pattern; do
     done
 done
 
+# hyperfine's warnings (outliers on a busy machine) go to a file, shown
+# only when it fails.
+warnings="$build/grep_end_to_end.warnings"
+timed() { hyperfine "$@" >/dev/null 2>"$warnings" || { cat "$warnings" >&2; exit 1; }; }
 median() { python3 -c 'import json,sys; print(" ".join("%.6f" % r["median"] for r in json.load(open(sys.argv[1]))["results"]))' "$1"; }
 json="$build/grep_end_to_end.json"
 for pattern; do
-    hyperfine -N --style none --warmup 2 --runs "$runs" --output=pipe --export-json "$json" \
-        "$kzbs grep --raw '$pattern' $log" "grep -E '$pattern' $log" "rg '$pattern' $log" >/dev/null
+    timed -N --style none --warmup 2 --runs "$runs" --output=pipe --export-json "$json" \
+        "$kzbs grep --raw '$pattern' $log" "grep -E '$pattern' $log" "rg '$pattern' $log"
     median "$json" | {
         read -r ours grep rg
         python3 -c 'import sys; o, g, r = map(float, sys.argv[2:]); print("grep_end_to_end/%s vs_grep=%.2f vs_ripgrep=%.2f  (kzbs %.3f s, grep %.3f s, rg %.3f s)" % (sys.argv[1], g / o, r / o, o, g, r))' \
@@ -78,8 +82,8 @@ for pattern; do
     }
 done
 
-hyperfine -N --style none --warmup 3 --runs 30 --output=null --export-json "$json" \
-    "$kzbs --version" "grep --version" "rg --version" >/dev/null
+timed -N --style none --warmup 3 --runs 30 --output=null --export-json "$json" \
+    "$kzbs --version" "grep --version" "rg --version"
 median "$json" | {
     read -r ours grep rg
     python3 -c 'import sys; o, g, r = map(float, sys.argv[1:]); print("grep_end_to_end/startup kzbs=%.1fms grep=%.1fms rg=%.1fms" % (o * 1e3, g * 1e3, r * 1e3))' \
