@@ -100,7 +100,8 @@ public:
                 }
             });
             if (m_options.lineNumbers)
-                number += static_cast<unsigned long>(std::count(block.begin() + counted, block.begin() + reader.size(), '\n'));
+                number += static_cast<unsigned long>(
+                    std::count(block.begin() + counted, block.begin() + reader.size(), '\n'));
         }
         return matched;
     }

@@ -27,8 +27,8 @@ struct LineSpan {
     std::size_t end = 0;
 };
 
-// A stream read in large blocks of whole lines (about a megabyte each,
-// more for a longer line), into one buffer that is reused.
+// A stream read in large blocks of whole lines (256 KB reads, more for a
+// longer line), into one buffer that is reused.
 class LineReader {
 public:
     explicit LineReader(std::istream& in) : m_in(in) {}
@@ -54,8 +54,9 @@ public:
     LineSearch(const KZRegExp& re, const std::string& pattern);
 
     // Calls visit(LineSpan) for each line of text[0, size) in which the
-    // pattern matches, in order; each line there ends in a newline. The text
-    // is written to during the search and restored before each visit.
+    // pattern matches, in order; each line there ends in a newline. The
+    // lines between two visits are those that do not match. The text is
+    // written to during the search and restored before each visit.
     template <class Visit>
     void forEachMatchingLine(std::string& text, std::size_t size, Visit visit)
     {
