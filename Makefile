@@ -78,6 +78,7 @@ bench:
 	@cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DKZBS_BUILD_TESTS=OFF -DKZBS_BUILD_BENCH=ON >&2
 	@cmake --build $(BENCH_BUILD) -j $(JOBS) >&2
 	@for b in $(BENCH_BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b" $(BENCH_ARGS); done
+	@./bench/grep_end_to_end.sh $(BENCH_BUILD)
 
 # Each fuzz target for FUZZ_SECONDS (clang's libFuzzer), with its corpus from
 # fuzz/corpus; see fuzz/run.sh for FUZZ_CPU_SECONDS, FUZZ_JOBS, FUZZ_NICE,

@@ -13,7 +13,7 @@ build="cmake ninja-build g++ pkg-config make ccache
        qt6-base-dev qtbase5-dev libx11-dev
        libgtest-dev libgmock-dev libssl-dev libcli11-dev
        python3 python3-icalendar abigail-tools"
-bench="libbenchmark-dev libre2-dev libpcre2-dev"
+bench="libbenchmark-dev libre2-dev libpcre2-dev ripgrep hyperfine"
 fuzz="clang libclang-rt-14-dev"
 package="build-essential debhelper dpkg-dev fakeroot lintian"
 debian13="mmdebstrap debian-archive-keyring"

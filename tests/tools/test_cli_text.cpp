@@ -47,6 +47,28 @@ TEST(CliGrep, SeveralFilesArePrefixedAndMissingOnesReported)
     std::remove(a.c_str());
 }
 
+// Input far larger than one read, with a line longer than one and a last
+// line without its newline: lines and their numbers come out whole across
+// the seams, as reading line by line gives them.
+TEST(CliGrep, LargeInputKeepsLinesAndNumbersAcrossReads)
+{
+    std::string input, expected, expectedRaw;
+    for (int i = 1; i <= 60000; ++i) {
+        std::string line = "line " + std::to_string(i) + (i % 7000 == 0 ? " needle" : "");
+        if (i == 30000)
+            line += std::string(700000, 'x') + " needle";
+        input += line + (i < 60000 ? "\n" : "");
+        if (line.find("needle") != std::string::npos)
+            expected += std::to_string(i) + ":" + line + "\n";
+    }
+    input += " needle"; // the unterminated last line
+    expected += "60000:line 60000 needle\n";
+    const auto r = runKzbs({"grep", "-n", "--raw", "needle"}, input);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_TRUE(r.out == expected) << r.out.size() << " bytes instead of " << expected.size();
+    EXPECT_EQ(runKzbs({"grep", "-n", "^line 6000"}, input).out, "6000:line 6000\n60000:line 60000 needle\n");
+}
+
 TEST(CliText, ErrorsExitTwoWithOneLineNamingTheReason)
 {
     const std::vector<std::string> cases[] = {

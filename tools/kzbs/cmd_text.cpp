@@ -2,6 +2,7 @@
 // number notation from the command line.
 #include "commands.h"
 #include "file_io.h"
+#include "line_search.h"
 
 #include "KZRegExp.h"
 #include "KZStringFunctions.h"
@@ -67,31 +68,54 @@ struct GrepOptions {
 
 class Grep {
 public:
-    Grep(const KZRegExp& re, const GrepOptions& options) : m_re(re), m_options(options) {}
+    Grep(const KZRegExp& re, const std::string& pattern, const GrepOptions& options)
+        : m_re(re), m_lines(re, pattern), m_options(options)
+    {
+    }
 
     // Searches one stream; returns whether a line matched.
     bool search(std::istream& in, const std::string& name)
     {
         bool matched = false;
-        std::string line;
-        for (unsigned long number = 1; std::getline(in, line); ++number) {
-            // The matcher sees the line with its newline, so '$' finds the
-            // end of every line, the last one included.
-            const std::string text = line + '\n';
-            const std::string prefix = (m_options.withFileName ? name + ":" : std::string()) +
-                                       (m_options.lineNumbers ? std::to_string(number) + ":" : std::string());
-            matched |= m_options.onlyMatching ? printMatches(text, prefix) : printLine(text, line, prefix);
+        unsigned long number = 1; // of the line at counted
+        LineReader reader(in);
+        while (reader.next()) {
+            const std::string& block = reader.bytes();
+            std::size_t counted = 0;
+            m_lines.forEachMatchingLine(reader.bytes(), reader.size(), [&](LineSpan line) {
+                if (m_options.lineNumbers) {
+                    number += static_cast<unsigned long>(
+                        std::count(block.begin() + counted, block.begin() + line.begin, '\n'));
+                    counted = line.begin;
+                }
+                const std::string prefix = (m_options.withFileName ? name + ":" : std::string()) +
+                                           (m_options.lineNumbers ? std::to_string(number) + ":" : std::string());
+                if (m_options.onlyMatching) {
+                    // The matcher sees the line with its newline, so '$'
+                    // finds the end of every line, the last one included.
+                    matched |= printMatches(block.substr(line.begin, line.end + 1 - line.begin), prefix);
+                } else {
+                    printLine(block.data() + line.begin, line.end - line.begin, prefix);
+                    matched = true;
+                }
+            });
+            if (m_options.lineNumbers)
+                number += static_cast<unsigned long>(
+                    std::count(block.begin() + counted, block.begin() + reader.size(), '\n'));
         }
         return matched;
     }
 
 private:
-    bool printLine(const std::string& text, const std::string& line, const std::string& prefix)
+    // line is followed by its newline.
+    void printLine(const char* line, std::size_t length, const std::string& prefix)
     {
-        if (m_re.find(text, nullptr, 0) < 0)
-            return false;
-        std::cout << prefix << forTerminal(line) << '\n';
-        return true;
+        if (!prefix.empty())
+            std::cout << prefix;
+        if (m_options.raw)
+            std::cout.write(line, static_cast<std::streamsize>(length + 1));
+        else
+            std::cout << toTerminal(std::string(line, length)) << '\n';
     }
 
     bool printMatches(const std::string& text, const std::string& prefix)
@@ -122,6 +146,7 @@ private:
     }
 
     const KZRegExp& m_re;
+    LineSearch m_lines;
     GrepOptions m_options;
 };
 
@@ -142,7 +167,7 @@ int grep(const std::vector<std::string>& words, GrepOptions options)
         files.push_back("-");
     options.withFileName = files.size() > 1;
 
-    Grep grep(re, options);
+    Grep grep(re, pattern, options);
     bool matched = false;
     bool failed = false;
     for (const std::string& file : files) {

@@ -1,0 +1,83 @@
+// kzbs grep's buffer search against trying each line on its own: both must
+// find exactly the same lines. The first byte picks how the rest is read:
+//  - raw: the bytes up to the first NUL are the pattern (token bytes
+//    included), the rest the text, NULs and all;
+//  - mapped: the bytes are mapped onto the characters that make the traps
+//    (newlines, classes that take them, '^', '$', NULs in the text), so
+//    that most patterns compile and most texts have many lines.
+#include "FuzzSupport.h"
+#include "KZRegExp.h"
+#include "line_search.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::string mapOnto(const std::string& bytes, const char* alphabet, std::size_t letters)
+{
+    std::string mapped;
+    for (const char c : bytes)
+        mapped += alphabet[static_cast<unsigned char>(c) % letters];
+    return mapped;
+}
+
+// The offsets of the lines that match, each tried alone with its newline.
+std::vector<std::size_t> lineByLine(const KZRegExp& re, const std::string& text)
+{
+    std::vector<std::size_t> found;
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t end = text.find('\n', begin);
+        if (end == std::string::npos)
+            end = text.size();
+        if (re.find(text.substr(begin, end - begin) + '\n', nullptr, 0) >= 0)
+            found.push_back(begin);
+        begin = end + 1;
+    }
+    return found;
+}
+
+void compare(const std::string& pattern, std::string text)
+{
+    KZRegExp re(pattern.c_str());
+    if (re.status() != 0)
+        return;
+    if (!text.empty() && text.back() != '\n')
+        text += '\n'; // the reader's promise: every line ends in a newline
+    const std::vector<std::size_t> expected = lineByLine(re, text);
+
+    // Bytes behind the lines, as a reused buffer has them, are never read as
+    // lines: the pattern itself there would be a match.
+    const std::size_t size = text.size();
+    text += pattern;
+    const std::string original = text;
+    std::vector<std::size_t> found;
+    kzbs::LineSearch search(re, pattern);
+    search.forEachMatchingLine(text, size, [&](kzbs::LineSpan line) {
+        FUZZ_CHECK(text == original);
+        FUZZ_CHECK(line.end < size && text[line.end] == '\n');
+        FUZZ_CHECK(line.begin == 0 || text[line.begin - 1] == '\n');
+        found.push_back(line.begin);
+    });
+    FUZZ_CHECK(found == expected);
+    FUZZ_CHECK(text == original);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    FuzzInput input(data, size);
+    const bool mapped = input.byte() & 1;
+    std::string pattern = input.untilNul();
+    std::string text = input.rest();
+    if (mapped) {
+        static const char kPatternChars[] = "ab.[]^-$*+?\\n\xDE";
+        static const char kTextChars[] = "ab\n\n-\0^$";
+        pattern = mapOnto(pattern, kPatternChars, sizeof kPatternChars - 1);
+        text = mapOnto(text, kTextChars, sizeof kTextChars - 1);
+    }
+    compare(pattern, text);
+    return 0;
+}
