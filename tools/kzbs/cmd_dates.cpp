@@ -56,10 +56,10 @@ const char* const kIsHolidayHelp =
     "kzbs holidays.\n";
 
 const char* const kEasterHelp =
-    "usage: kzbs easter YEAR...\n"
+    "usage: kzbs easter [YEAR...]\n"
     "\n"
     "Prints the date of Easter Sunday (YYYY-MM-DD) of each YEAR (1583..4099), one\n"
-    "per line.\n";
+    "per line; of this year when no YEAR is given.\n";
 
 // What the holiday commands take from the command line.
 struct HolidayRequest {
@@ -68,11 +68,9 @@ struct HolidayRequest {
     std::vector<std::string> words;
 };
 
-// "BW BY ST" for a mask of states, or "alle" for all sixteen.
+// The abbreviations of the states in a mask: "BW", "BY", "ST".
 std::vector<std::string> statesOf(int mask)
 {
-    if ((mask & Alle) == Alle)
-        return {"alle"};
     const Bundeslaender states;
     std::vector<std::string> result;
     const BundesLand* all = Bundeslaender::getBundesLandConstants();
@@ -136,7 +134,7 @@ int holidays(const HolidayRequest& request)
     const std::optional<Place> place = parsePlace(request.place, status);
     if (!place)
         return status;
-    const std::optional<Period> period = parseYearOrPeriod(request.words, status);
+    const std::optional<Period> period = parseYearOrPeriod(request.words, status, spanOf(place->classic));
     if (!period)
         return status;
     if (place->classic && request.format != "ics") {
@@ -198,7 +196,7 @@ int isHoliday(const HolidayRequest& request)
         return status;
     if (request.words.size() != 1)
         return fail("is-holiday takes one date (see kzbs is-holiday --help)");
-    const std::optional<KZDate> date = parseDate(request.words[0], status);
+    const std::optional<KZDate> date = parseDate(request.words[0], status, spanOf(place->classic));
     if (!date)
         return status;
 
@@ -218,11 +216,15 @@ int isHoliday(const HolidayRequest& request)
 
 int easter(const std::vector<std::string>& words)
 {
-    if (words.empty())
-        return fail("easter needs at least one year (see kzbs easter --help)");
     // Check every year before printing any, so bad input never leaves half an answer.
     std::vector<unsigned> years;
     int status = 0;
+    if (words.empty()) {
+        const std::optional<unsigned> year = thisYear(status);
+        if (!year)
+            return status;
+        years.push_back(*year);
+    }
     for (const std::string& word : words) {
         const std::optional<unsigned> year = parseYear(word, status);
         if (!year)

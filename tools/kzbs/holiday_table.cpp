@@ -105,7 +105,7 @@ void printText(std::ostream& out, const std::vector<HolidayRow>& rows)
 
 std::string whereText(const HolidayRow& row)
 {
-    std::string text = join(row.states, " ");
+    std::string text = row.states.size() == 16 ? "alle" : join(row.states, " ");
     for (size_t i = 0; i < row.regions.size(); ++i) {
         const bool sameState = i > 0 && stateOf(row.regions[i]) == stateOf(row.regions[i - 1]);
         text += sameState ? " " : text.empty() ? "" : ", ";

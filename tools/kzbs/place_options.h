@@ -9,6 +9,7 @@
 #define KZBS_PLACE_OPTIONS_H
 
 #include "cli.h"
+#include "date_input.h"
 
 #include "KZCalendar.h"
 
@@ -36,6 +37,9 @@ void addPlaceOptions(CLI::App& command, PlaceWords& words);
 // Checks the state's spelling and that the region belongs to it; writes the
 // error and returns nullopt otherwise.
 std::optional<Place> parsePlace(const PlaceWords& words, int& status);
+
+// The years the rule set chosen (--classic or not) answers for, for messages.
+inline YearSpan spanOf(bool classic) { return classic ? YearSpan::Table : YearSpan::Law; }
 
 // "BY", "SN-BZ"; "" without a state.
 std::string placeName(const Place& place);
