@@ -206,7 +206,17 @@ TEST(CliIsHoliday, LawRegionsAndYears)
 {
     const struct { std::vector<std::string> args; int status; const char* text; } cases[] = {
         {{"is-holiday", "2024-08-08", "--state", "BY", "--region", "A"}, 0, "a public holiday in BY-A\n"},
-        {{"is-holiday", "2024-08-08", "--state", "BY"}, 1, "Augsburger Hohes Friedensfest (BY-A)\nnot a public holiday in BY\n"},
+        {{"is-holiday", "2024-08-08", "--state", "BY"}, 1, "Augsburger Hohes Friedensfest (BY-A)\n"
+                                                           "not a public holiday in all of BY; it is one in parts of it: "
+                                                           "--region A (Stadt Augsburg)\n"},
+        {{"is-holiday", "2026-08-15", "--state", "BY"}, 1, "in parts of it: --region A (Stadt Augsburg), --region KATH "
+                                                           "(Gemeinden mit \xC3\xBC" "berwiegend katholischer "
+                                                           "Bev\xC3\xB6lkerung)\n"},
+        {{"is-holiday", "2024-05-30", "--state", "SN"}, 1, "not a public holiday in all of SN; it is one in parts of "
+                                                           "it: --region BZ (Die von der s\xC3\xA4" "chsischen"},
+        {{"is-holiday", "2024-05-30", "--state", "TH"}, 1, "--region EIC (Landkreis Eichsfeld"},
+        {{"is-holiday", "2024-05-30", "--state", "TH", "--region", "UH"}, 0, "a public holiday in TH-UH\n"},
+        {{"is-holiday", "2026-08-15", "--state", "HB"}, 1, "not a public holiday in HB\n"},
         {{"is-holiday", "2024-08-08"}, 0, "Friedensfest"},   // without a state: anywhere
         {{"is-holiday", "2019-03-08", "--state", "BE"}, 0, "Internationaler Frauentag (BE)"},
         {{"is-holiday", "2024-05-30", "--state", "ST"}, 1, "not a public holiday in ST"},

@@ -12,9 +12,11 @@
 #include "date_input.h"
 
 #include "KZCalendar.h"
+#include "KZHolidayLaw.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kzbs {
 
@@ -43,6 +45,12 @@ inline YearSpan spanOf(bool classic) { return classic ? YearSpan::Table : YearSp
 
 // "BY", "SN-BZ"; "" without a state.
 std::string placeName(const Place& place);
+
+// The holidays of a period by the place's rule set: those that hold at the
+// place, or without a state all of them anywhere. Each carries where it
+// holds. Writes the error and returns nullopt for a period the rule set does
+// not reach.
+std::optional<std::vector<DatedHoliday>> holidaysAt(const Period& period, const Place& place, int& status);
 
 // The error for a question the law's rule set does not reach (before 1990):
 // "<what> is before 1990, ..."; it names --classic, which does.
