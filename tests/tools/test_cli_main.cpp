@@ -60,6 +60,19 @@ TEST(CliMain, HelpAnswersInEveryForm)
     EXPECT_NE(runKzbs({"help"}).out.find("\n  help "), std::string::npos);
 }
 
+// Each command's help ends by showing how it is called.
+TEST(CliMain, HelpEndsWithExamples)
+{
+    for (const char* command : {"holidays", "is-holiday", "easter", "cal", "next", "workdays", "workday", "encrypt",
+                                "decrypt", "path", "symbols", "ini", "folders", "help"}) {
+        const std::string help = runKzbs({"help", command}).out;
+        const size_t examples = help.rfind("\nexample");
+        ASSERT_NE(examples, std::string::npos) << command;
+        const std::string lastLine = help.substr(help.rfind('\n', help.size() - 2) + 1);
+        EXPECT_NE(lastLine.find(std::string("kzbs ") + command), std::string::npos) << command << ": " << lastLine;
+    }
+}
+
 TEST(CliMain, ParseErrorsAreOneLineWithExitTwo)
 {
     const struct { std::vector<std::string> args; const char* message; } cases[] = {

@@ -48,7 +48,17 @@ const char kOptionsHelp[] =
     "  --classic       the library's fixed holiday table instead of the states'\n"
     "                  holiday laws (which are covered from 1990 on)\n"
     "\n"
-    "Dates are YYYY-MM-DD or DD.MM.YYYY, from 1583 to 4099.\n";
+    "Dates are YYYY-MM-DD or DD.MM.YYYY, from 1583 to 4099.\n"
+    "\n"
+    "examples:\n";
+
+const char kWorkdaysExamples[] =
+    "  kzbs workdays 2026-01-01 2026-12-31 --state BY\n"
+    "  kzbs workdays 2026 2026 --state NW --eves-off\n";
+
+const char kWorkdayExamples[] =
+    "  kzbs workday 2026-12-22 10 --state BE\n"
+    "  kzbs workday 2026-05-04 -5 --week 6\n";
 
 struct WorkdayRequest {
     PlaceWords place;
@@ -170,8 +180,8 @@ void addWorkdayOptions(CLI::App& command, WorkdayRequest& request)
 
 void addWorkdayCommands(Program& program)
 {
-    static const std::string workdaysHelp = std::string(kWorkdaysHead) + kOptionsHelp;
-    static const std::string workdayHelp = std::string(kWorkdayHead) + kOptionsHelp;
+    static const std::string workdaysHelp = std::string(kWorkdaysHead) + kOptionsHelp + kWorkdaysExamples;
+    static const std::string workdayHelp = std::string(kWorkdayHead) + kOptionsHelp + kWorkdayExamples;
     auto count = std::make_shared<WorkdayRequest>();
     CLI::App& workdaysCommand = program.add("workdays", "the number of working days in a period", workdaysHelp.c_str(),
                                             [count] { return workdays(*count); });
