@@ -66,11 +66,8 @@ TEST(CliNext, ListsTheComingHolidaysOfThePlace)
         {{"next", "1", "--from", "1989-11-01", "--state", "SN", "--classic"},
          "1989-11-22  Mittwoch    Bu\xC3\x9F- und Bettag            SN\n"},
     };
-    for (const auto& c : cases) {
-        const auto r = runKzbs(c.args);
-        EXPECT_EQ(r.status, 0) << r.err;
-        EXPECT_EQ(r.out, c.out) << c.args[1];
-    }
+    for (const auto& c : cases)
+        kzbs_test::expectAnswer(runKzbs(c.args), c.out, c.args[1]);
 }
 
 TEST(CliCal, MistakesAreOneLineWithExitTwo)
