@@ -158,9 +158,12 @@ void printMonth(unsigned year, unsigned month, const std::vector<DatedHoliday>& 
             line.pop_back();
         std::cout << line << '\n';
     }
-    for (const auto& [holiday, mark] : named)
-        std::cout << dayCell(holiday->date.DayOfMonth(), mark, color) << ' ' << toTerminal(holiday->name) << " ("
-                  << whereText(rowOf(*holiday)) << ")\n";
+    for (const auto& [holiday, mark] : named) {
+        std::string cell = dayCell(holiday->date.DayOfMonth(), mark, color);
+        if (cell.back() == ' ')   // a coloured day has no marker to separate
+            cell.pop_back();
+        std::cout << cell << ' ' << toTerminal(holiday->name) << " (" << whereText(rowOf(*holiday)) << ")\n";
+    }
 }
 
 // YEAR, YEAR-MM, or nothing for this month: the first and last month shown.
