@@ -30,4 +30,22 @@ expect "--symbols --symbol" kzbs path param x --sym
 expect "set sections" kzbs ini s
 expect "128 192 256" kzbs encrypt --bits ""
 expect "--key-file --key-env" kzbs decrypt --key-
+expect "help holidays" kzbs help h
+expect "" kzbs help cal ""
+expect "cal" kzbs c
+expect "A KATH" kzbs holidays --state Bayern --region ""
+expect "A KATH" kzbs is-holiday --state by --region ""
+expect "EIC UH WAK" kzbs cal --state Thüringen --region ""
+expect "EIC UH WAK" kzbs cal --state thueringen --region ""
+expect "BZ" kzbs next --state = SN --region ""
+expect "BZ" kzbs next --state=sachsen --region ""
+expect "" kzbs next --state Sachsen-Anhalt --region ""
+# --state= split at '=' (bash's default word breaks) and whole
+expect "$(echo BW BY BE BB HB HH HE MV NI NW RP SL SN ST SH TH)" kzbs holidays --state =
+expect "SL SN ST SH" kzbs holidays --state = S
+expect "--state=SL --state=SN --state=ST --state=SH" kzbs holidays --state=S
+expect "--region=KATH" kzbs holidays --state BY --region=K
+expect "auto always" kzbs cal --color a
+expect "text csv json" kzbs next --format ""
+expect "--classic --color" kzbs cal --c
 exit $((failures > 0))

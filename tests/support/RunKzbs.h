@@ -67,6 +67,13 @@ inline void expectRefusal(const CliResult& r, const std::string& message)
     EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
 }
 
+// kzbs answered as it should: exit status 0 and exactly `out` on stdout.
+inline void expectAnswer(const CliResult& r, const std::string& out, const std::string& what)
+{
+    EXPECT_EQ(r.status, 0) << what << ": " << r.err;
+    EXPECT_EQ(r.out, out) << what;
+}
+
 } // namespace kzbs_test
 
 #endif // KZBS_TESTS_RUN_KZBS_H

@@ -41,7 +41,8 @@ TEST(CliHolidays, PeriodsAndFormats)
                        "2011-01-06,Donnerstag,Heilige Drei K\xC3\xB6nige,BW BY ST\n");
     EXPECT_EQ(runKzbs({"holidays", "2010-10-03", "2010-10-03", "--format=json"}).out,
               "[\n  {\"date\": \"2010-10-03\", \"weekday\": \"Sonntag\", \"name\": \"Tag der Deutschen "
-              "Einheit\", \"states\": [\"alle\"]}\n]\n");
+              "Einheit\", \"states\": [\"BW\", \"BY\", \"BE\", \"BB\", \"HB\", \"HH\", \"HE\", \"MV\", \"NI\", "
+              "\"NW\", \"RP\", \"SL\", \"SN\", \"ST\", \"SH\", \"TH\"]}\n]\n");
     EXPECT_EQ(runKzbs({"holidays", "2010-10-04", "2010-10-05", "--format", "json"}).out, "[]\n");
     EXPECT_EQ(countLines(runKzbs({"holidays", "2010", "2011", "--state", "HB"}).out), 18); // up to 31.12.2011
 }
@@ -65,7 +66,7 @@ TEST(CliDates, BadInputIsOneLineOnStderr)
         {"holidays", "2023-02-29", "2023-03-01"}, {"holidays", "2024-03-01", "2024-02-01"},
         {"holidays", "2024", "--state", "XY"}, {"holidays", "2024", "--state", "Alle"},
         {"holidays", "2024", "--format", "xml"}, {"holidays", "1.2.3.4"}, {"holidays", "2024", "2025", "2026"},
-        {"holidays", "--state"}, {"is-holiday", "99-01-01"}, {"is-holiday"}, {"easter", "4100"}, {"easter"},
+        {"holidays", "--state"}, {"is-holiday", "99-01-01"}, {"is-holiday"}, {"easter", "4100"}, {"easter", "2024", "x"},
         {"holidays", "1582", "--classic"}, {"holidays", "2024", "--format"}, {"is-holiday", "2024-01-01", "x"},
     };
     for (const auto& args : cases) {
@@ -98,6 +99,9 @@ TEST(CliEaster, YearsAndHelp)
     const auto r = runKzbs({"easter", "2000", "2024", "2285"});
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "2000-04-23\n2024-03-31\n2285-03-22\n");
+    // Without a year, this year's, as kzbs holidays reads "this year".
+    const std::string thisYear = runKzbs({"holidays"}).out.substr(0, 4);
+    EXPECT_EQ(runKzbs({"easter"}).out, runKzbs({"easter", thisYear}).out);
     for (const char* command : {"holidays", "is-holiday", "easter"}) {
         const auto help = runKzbs({command, "--help"});
         EXPECT_TRUE(help.status == 0 && help.out.rfind(std::string("usage: kzbs ") + command, 0) == 0) << command;
@@ -180,6 +184,10 @@ TEST(CliHolidays, LawMistakesAreOneLineNamingTheWayOut)
 {
     const struct { std::vector<std::string> args; const char* message; } cases[] = {
         {{"holidays", "1989"}, "--classic"},
+        // the law's years, unless --classic asks the fixed table
+        {{"holidays", "0"}, "year 0 is outside 1990..4099"},
+        {{"holidays", "0", "--classic"}, "year 0 is outside 1583..4099"},
+        {{"is-holiday", "4100-01-01"}, "outside 1990..4099"},
         {{"holidays", "1989-12-24", "1990-01-10", "--state", "BY"}, "--classic"},
         {{"is-holiday", "1989-10-03"}, "--classic"},
         {{"holidays", "2024", "--region", "A"}, "--region requires --state"},
@@ -198,7 +206,17 @@ TEST(CliIsHoliday, LawRegionsAndYears)
 {
     const struct { std::vector<std::string> args; int status; const char* text; } cases[] = {
         {{"is-holiday", "2024-08-08", "--state", "BY", "--region", "A"}, 0, "a public holiday in BY-A\n"},
-        {{"is-holiday", "2024-08-08", "--state", "BY"}, 1, "Augsburger Hohes Friedensfest (BY-A)\nnot a public holiday in BY\n"},
+        {{"is-holiday", "2024-08-08", "--state", "BY"}, 1, "Augsburger Hohes Friedensfest (BY-A)\n"
+                                                           "not a public holiday in all of BY; it is one in parts of it: "
+                                                           "--region A (Stadt Augsburg)\n"},
+        {{"is-holiday", "2026-08-15", "--state", "BY"}, 1, "in parts of it: --region A (Stadt Augsburg), --region KATH "
+                                                           "(Gemeinden mit \xC3\xBC" "berwiegend katholischer "
+                                                           "Bev\xC3\xB6lkerung)\n"},
+        {{"is-holiday", "2024-05-30", "--state", "SN"}, 1, "not a public holiday in all of SN; it is one in parts of "
+                                                           "it: --region BZ (Die von der s\xC3\xA4" "chsischen"},
+        {{"is-holiday", "2024-05-30", "--state", "TH"}, 1, "--region EIC (Landkreis Eichsfeld"},
+        {{"is-holiday", "2024-05-30", "--state", "TH", "--region", "UH"}, 0, "a public holiday in TH-UH\n"},
+        {{"is-holiday", "2026-08-15", "--state", "HB"}, 1, "not a public holiday in HB\n"},
         {{"is-holiday", "2024-08-08"}, 0, "Friedensfest"},   // without a state: anywhere
         {{"is-holiday", "2019-03-08", "--state", "BE"}, 0, "Internationaler Frauentag (BE)"},
         {{"is-holiday", "2024-05-30", "--state", "ST"}, 1, "not a public holiday in ST"},

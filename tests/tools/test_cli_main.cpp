@@ -37,7 +37,7 @@ TEST(CliMain, WordsReachTheCommandAsTyped)
         {{"grep", "--", "-x"}, "a\nb-x\n", "b-x\n"},
         {{"grep", "easter"}, "easter\nholidays\n", "easter\n"},
         {{"number", "-1234.5"}, "", "-1.234,5\n"},
-        {{"holidays", "2010-10-03", "--state", "HB", "2010-10-03", "--state=BY", "--format", "csv"}, "",
+        {{"holidays", "2010-10-03", "--state", "HB", "2010-10-03", "--format", "csv"}, "",
          "date,weekday,name,states\n2010-10-03,Sonntag,Tag der Deutschen Einheit,alle\n"},
     };
     for (const auto& c : cases) {
@@ -55,6 +55,22 @@ TEST(CliMain, HelpAnswersInEveryForm)
     EXPECT_EQ(runKzbs({"help", "easter"}).out, easter);
     EXPECT_EQ(runKzbs({"--help", "easter"}).out, easter);
     EXPECT_EQ(runKzbs({"help"}).out, runKzbs({"-h"}).out);
+    const std::string help = runKzbs({"help", "help"}).out;
+    EXPECT_EQ(help.rfind("usage: kzbs help [COMMAND]\n", 0), 0u) << help;
+    EXPECT_NE(runKzbs({"help"}).out.find("\n  help "), std::string::npos);
+}
+
+// Each command's help ends by showing how it is called.
+TEST(CliMain, HelpEndsWithExamples)
+{
+    for (const char* command : {"holidays", "is-holiday", "easter", "cal", "next", "workdays", "workday", "encrypt",
+                                "decrypt", "path", "symbols", "ini", "folders", "help"}) {
+        const std::string help = runKzbs({"help", command}).out;
+        const size_t examples = help.rfind("\nexample");
+        ASSERT_NE(examples, std::string::npos) << command;
+        const std::string lastLine = help.substr(help.rfind('\n', help.size() - 2) + 1);
+        EXPECT_NE(lastLine.find(std::string("kzbs ") + command), std::string::npos) << command << ": " << lastLine;
+    }
 }
 
 TEST(CliMain, ParseErrorsAreOneLineWithExitTwo)
@@ -66,6 +82,11 @@ TEST(CliMain, ParseErrorsAreOneLineWithExitTwo)
         {{"encrypt", "--bits", "100", "a", "b"}, "kzbs: --bits"},
         {{"folders", "--", "x"}, "kzbs: folders takes no arguments"},
         {{"help", "frob"}, "kzbs: unknown command 'frob'"},
+        {{"help", "easter", "holidays"}, "kzbs: help takes one command"},
+        // an option with one value, given twice: which one was meant?
+        {{"holidays", "--state", "BY", "--state", "BE"}, "kzbs: --state given more than once (BY, BE)"},
+        {{"workday", "2024-01-01", "1", "--week=5", "--week", "6"}, "kzbs: --week given more than once (5, 6)"},
+        {{"holidays", "--format", "csv", "2024", "--format=csv"}, "kzbs: --format given more than once"},
     };
     for (const auto& c : cases) {
         const auto r = runKzbs(c.args);

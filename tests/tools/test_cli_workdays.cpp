@@ -42,6 +42,24 @@ TEST(CliWorkdays, CountsByStateWeekAndRuleSet)
     }
 }
 
+// The line names what was counted: one day or several, and which holidays.
+TEST(CliWorkdays, TheLineSaysWhatWasCounted)
+{
+    const struct { std::vector<std::string> args; const char* line; } cases[] = {
+        {{"workdays", "2024-05-30", "2024-05-30"},
+         "1 working day from 2024-05-30 to 2024-05-30 (Monday-Friday, nationwide holidays by law)\n"},
+        {{"workdays", "2024-05-30", "2024-05-30", "--state", "BY"},
+         "0 working days from 2024-05-30 to 2024-05-30 (Monday-Friday, holidays of BY by law)\n"},
+        {{"workdays", "2024-12-23", "2024-12-24", "--week", "6", "--eves-off", "--classic"},
+         "1 working day from 2024-12-23 to 2024-12-24 (Monday-Saturday, nationwide holidays in the classic "
+         "table, 24/31 December off)\n"},
+        {{"workday", "2024-08-07", "1", "--state", "BY", "--region", "A"},
+         "2024-08-09 Freitag (Monday-Friday, holidays of BY-A by law)\n"},
+    };
+    for (const auto& c : cases)
+        kzbs_test::expectAnswer(runKzbs(c.args), c.line, c.args[1]);
+}
+
 TEST(CliWorkday, StepsForwardAndBack)
 {
     const struct { std::vector<std::string> args; const char* date; } cases[] = {
@@ -73,8 +91,11 @@ TEST(CliWorkdays, MistakesAreOneLineWithExitTwo)
         {{"workday", "2024-01-01", "x"}, "whole number"},
         {{"workday", "2024-01-01", "1.5"}, "whole number"},
         {{"workday", "2024-01-01", "--", "-"}, "whole number"},
-        {{"workday", "2024-01-01", "123456789"}, "whole number"},
-        {{"workday", "4099-12-30", "5"}, "outside 1583..4099"},
+        {{"workday", "2024-01-01", "10000000"}, "N must lie within -9999999..9999999"},
+        {{"workday", "2024-01-01", "-123456789"}, "N must lie within -9999999..9999999"},
+        {{"workday", "4099-12-30", "5"}, "outside 1990..4099"},
+        {{"workday", "4099-12-30", "5", "--classic"}, "outside 1583..4099"},
+        {{"workdays", "0", "2024"}, "year 0 is outside 1990..4099"},
         {{"workday", "2024-13-01", "1"}, "no such date"},
         {{"workday", "2024-01-01"}, "DATE and a number N"},
         {{"workday", "2024-01-01", "1", "--region", "A"}, "--region requires --state"},

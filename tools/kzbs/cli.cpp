@@ -56,6 +56,36 @@ std::size_t utf8Length(const std::string& text, std::size_t at)
     return length;
 }
 
+const char* const kHelpUsage =
+    "usage: kzbs help [COMMAND]\n"
+    "\n"
+    "Without COMMAND, the list of commands; with it, how COMMAND is used (the same\n"
+    "as kzbs COMMAND --help).\n"
+    "\n"
+    "example:\n"
+    "  kzbs help holidays\n";
+
+bool isHelpWord(const std::string& word) { return word == "help" || word == "--help" || word == "-h"; }
+
+// An option that takes one value, given more than once: kzbs will not guess
+// which one was meant. Flags and options that collect values may repeat.
+const CLI::Option* repeatedOption(const CLI::App& command)
+{
+    for (const CLI::Option* option : command.get_options())
+        if (option->nonpositional() && option->get_type_size_max() > 0 && option->get_expected_max() == 1
+            && option->count() > 1)
+            return option;
+    return nullptr;
+}
+
+std::string joinValues(const std::vector<std::string>& values)
+{
+    std::string text;
+    for (const std::string& value : values)
+        text += (text.empty() ? "" : ", ") + printable(value);
+    return text;
+}
+
 bool undefinedInWindows1252(unsigned char c) { return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D; }
 
 // std::cout for the time a command runs: it writes to file descriptor 1 and
@@ -117,7 +147,8 @@ Program::Program() : m_app("kzbs - the library's services from the command line"
     // One command per call; a word that names another command is an ordinary
     // argument of the first (kzbs grep easter notes.txt).
     m_app.require_subcommand(0, 1);
-    // An option given twice: the last one wins, as users expect from most tools.
+    // An option given twice is refused after parsing (repeatedOption); this
+    // policy only lets the parse itself through.
     m_app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
 }
 
@@ -141,12 +172,15 @@ void Program::printOverview(std::ostream& out) const
         out << "  " << name << std::string(name.size() < 12 ? 12 - name.size() : 1, ' ')
             << command->get_description() << '\n';
     }
+    out << "  help        the list of commands, or how one is used (kzbs help COMMAND)\n";
 }
 
 int Program::printHelp(const std::string& command) const
 {
     const auto usage = m_usages.find(command);
-    if (usage == m_usages.end())
+    if (isHelpWord(command))
+        std::cout << kHelpUsage;
+    else if (usage == m_usages.end())
         printOverview(std::cout);
     else
         std::cout << usage->second;
@@ -200,8 +234,11 @@ int Program::dispatch(int argc, char** argv)
     if (argc == 2 && std::string(argv[1]) == "help")
         return printHelp("");
     if (argc == 3 && std::string(argv[1]) == "help")
-        return m_usages.count(argv[2]) ? printHelp(argv[2])
-                                       : fail("unknown command '" + printable(argv[2]) + "'");
+        return m_usages.count(argv[2]) || isHelpWord(argv[2])
+                   ? printHelp(argv[2])
+                   : fail("unknown command '" + printable(argv[2]) + "' (see kzbs --help)");
+    if (argc > 3 && std::string(argv[1]) == "help")
+        return fail("help takes one command (see kzbs help help)");
     // CLI11 hands a "--" after a command's optional words to the level above;
     // kzbs has one level, so the words after it go straight to the command.
     std::vector<std::string> args(argv + 1, argv + argc);
@@ -220,6 +257,9 @@ int Program::dispatch(int argc, char** argv)
     const CLI::App* command = chosen();
     if (!command)
         return fail("no command given (see kzbs --help)");
+    if (const CLI::Option* repeated = repeatedOption(*command))
+        return fail(repeated->get_name() + " given more than once (" + joinValues(repeated->results())
+                    + "); give it once");
     // --raw takes its words as bytes; every other word must be UTF-8 text.
     const CLI::Option* raw = command->get_option_no_throw("--raw");
     if (!raw || raw->count() == 0)

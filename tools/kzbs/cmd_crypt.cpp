@@ -58,6 +58,18 @@ const char kHelpTail[] =
     "an authenticated tool (such as age or gpg) is the better choice.\n"
     "Input is limited to 4 GiB (the format's sizes are 32-bit).\n";
 
+const char kEncryptExamples[] =
+    "\n"
+    "examples:\n"
+    "  kzbs encrypt --key-file ~/.config/app.key notes.txt notes.rcbc\n"
+    "  KEY=secret kzbs encrypt --bits 256 --key-env KEY - out.rcbc <notes.txt\n";
+
+const char kDecryptExamples[] =
+    "\n"
+    "examples:\n"
+    "  kzbs decrypt --key-file ~/.config/app.key notes.rcbc notes.txt\n"
+    "  kzbs decrypt --key-env KEY notes.rcbc - | less\n";
+
 const char kEncryptHead[] =
     "usage: kzbs encrypt [--bits 128|192|256] (--key-file FILE | --key-env VAR)\n"
     "                    [--byte-table] IN OUT\n\n"
@@ -371,7 +383,8 @@ int decrypt(const Words& words)
 
 std::string helpText(bool encrypt)
 {
-    return std::string(encrypt ? kEncryptHead : kDecryptHead) + kHelpTail;
+    return std::string(encrypt ? kEncryptHead : kDecryptHead) + kHelpTail
+        + (encrypt ? kEncryptExamples : kDecryptExamples);
 }
 
 void addCommand(Program& program, bool encrypt)

@@ -10,6 +10,7 @@
 #include "KZHolidayLaw.h"
 #include "KZICalendar.h"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -24,7 +25,7 @@ namespace {
 
 const char* const kHolidaysHelp =
     "usage: kzbs holidays [YEAR | FROM TO] [--state XX [--region R]] [--classic]\n"
-    "                     [--format text|csv|json|ics]\n"
+    "                     [--format text|csv|json|ics [--calendar-name NAME]]\n"
     "\n"
     "Lists the public holidays of a year (this year when none is given) or of a\n"
     "period FROM..TO (both inclusive), one per line: date, weekday, name and where\n"
@@ -43,7 +44,13 @@ const char* const kHolidaysHelp =
     "  --classic       the library's fixed table of fifteen holidays instead, as\n"
     "                  applications built on the library see it\n"
     "  --format F      text (default), csv, json or ics (iCalendar, for calendar\n"
-    "                  programs)\n";
+    "                  programs)\n"
+    "  --calendar-name NAME\n"
+    "                  with ics, the name calendar programs show for the file\n"
+    "\n"
+    "examples:\n"
+    "  kzbs holidays 2026 --state BY\n"
+    "  kzbs holidays 2026 --state BY --format ics --calendar-name \"Feiertage BY\" >by.ics\n";
 
 const char* const kIsHolidayHelp =
     "usage: kzbs is-holiday DATE [--state XX [--region R]] [--classic]\n"
@@ -53,57 +60,30 @@ const char* const kIsHolidayHelp =
     "without --state: anywhere), 1 when it is not, 2 for bad input.\n"
     "By default by the states' holiday laws (dates from 1990 on); --classic asks\n"
     "the library's fixed table (1583..4099). --state and --region as for\n"
-    "kzbs holidays.\n";
+    "kzbs holidays. A day that is a holiday in parts of the state only is named\n"
+    "with the --region choices where it is one.\n"
+    "\n"
+    "examples:\n"
+    "  kzbs is-holiday 2026-08-15 --state BY\n"
+    "  kzbs is-holiday 2026-08-15 --state BY --region KATH && echo closed\n";
 
 const char* const kEasterHelp =
-    "usage: kzbs easter YEAR...\n"
+    "usage: kzbs easter [YEAR...]\n"
     "\n"
     "Prints the date of Easter Sunday (YYYY-MM-DD) of each YEAR (1583..4099), one\n"
-    "per line.\n";
+    "per line; of this year when no YEAR is given.\n"
+    "\n"
+    "examples:\n"
+    "  kzbs easter\n"
+    "  kzbs easter 2026 2027 2028\n";
 
 // What the holiday commands take from the command line.
 struct HolidayRequest {
     PlaceWords place;
     std::string format = "text";
+    std::optional<std::string> calendarName;
     std::vector<std::string> words;
 };
-
-// "BW BY ST" for a mask of states, or "alle" for all sixteen.
-std::vector<std::string> statesOf(int mask)
-{
-    if ((mask & Alle) == Alle)
-        return {"alle"};
-    const Bundeslaender states;
-    std::vector<std::string> result;
-    const BundesLand* all = Bundeslaender::getBundesLandConstants();
-    for (int i = 0; i < 16; ++i)
-        if (mask & all[i])
-            result.push_back(states.getName(all[i], false));
-    return result;
-}
-
-HolidayRow rowOf(const DatedHoliday& holiday)
-{
-    const Bundeslaender states;
-    HolidayRow row{holiday.date, holiday.name, statesOf(holiday.states), {}};
-    for (const HolidayRegion* region : holiday.regions)
-        row.regions.push_back(states.getName(region->state, false) + "-" + region->code);
-    for (int i = 0; i < 16; ++i) {
-        const BundesLand state = Bundeslaender::getBundesLandConstants()[i];
-        const std::string own = KZHolidayLaw::nameInState(holiday, state);
-        if (!own.empty() && own != holiday.name)
-            row.stateNames.emplace_back(states.getName(state, false), own);
-    }
-    return row;
-}
-
-std::vector<HolidayRow> rowsOf(const std::vector<DatedHoliday>& holidays)
-{
-    std::vector<HolidayRow> rows;
-    for (const DatedHoliday& holiday : holidays)
-        rows.push_back(rowOf(holiday));
-    return rows;
-}
 
 // The classic table's holidays, listed exactly as kzbs always listed them.
 std::vector<HolidayRow> classicRows(const Period& period, BundesLand land)
@@ -114,42 +94,41 @@ std::vector<HolidayRow> classicRows(const Period& period, BundesLand land)
     return rows;
 }
 
-// The law's holidays of a period for a place; nullopt after an error.
-std::optional<std::vector<DatedHoliday>> lawHolidays(const Period& period, const Place& place, int& status)
+// The calendar with an X-WR-CALNAME line, the name calendar programs show
+// for an imported file, before its first event. ICalendarOptions has no field
+// for it: a new one would change the layout of an exported type.
+std::string withCalendarName(std::string calendar, const std::optional<std::string>& utf8Name)
 {
-    std::vector<DatedHoliday> holidays;
-    switch (KZHolidayLaw::holidaysInPeriod(period.from, period.to, place.land, place.region, holidays)) {
-    case KZHolidayLaw::Ok:
-        return holidays;
-    case KZHolidayLaw::BeforeFirstYear:
-        status = failBeforeLaw(std::to_string(period.from.Year()));
-        return std::nullopt;
-    default:
-        status = fail("no holidays known for " + isoDate(period.from) + " .. " + isoDate(period.to));
-        return std::nullopt;
-    }
+    if (!utf8Name)
+        return calendar;
+    size_t at = calendar.find("BEGIN:VEVENT\r\n");
+    if (at == std::string::npos)
+        at = calendar.rfind("END:VCALENDAR\r\n");
+    if (at != std::string::npos)
+        calendar.insert(at, KZICalendar::foldLine("X-WR-CALNAME:" + KZICalendar::escapeText(*utf8Name)));
+    return calendar;
 }
 
 int holidays(const HolidayRequest& request)
 {
     int status = 0;
+    if (request.calendarName && request.format != "ics")
+        return fail("--calendar-name goes with --format ics");
     const std::optional<Place> place = parsePlace(request.place, status);
     if (!place)
         return status;
-    const std::optional<Period> period = parseYearOrPeriod(request.words, status);
+    const std::optional<Period> period = parseYearOrPeriod(request.words, status, spanOf(place->classic));
     if (!period)
         return status;
     if (place->classic && request.format != "ics") {
         printHolidayRows(std::cout, classicRows(*period, place->land), request.format);
         return 0;
     }
-    std::optional<std::vector<DatedHoliday>> holidays =
-        place->classic ? KZHolidayLaw::classicHolidaysInPeriod(period->from, period->to, place->land)
-                       : lawHolidays(*period, *place, status);
+    const std::optional<std::vector<DatedHoliday>> holidays = holidaysAt(*period, *place, status);
     if (!holidays)
         return status;
     if (request.format == "ics")
-        std::cout << KZICalendar::write(*holidays);
+        std::cout << withCalendarName(KZICalendar::write(*holidays), request.calendarName);
     else
         printHolidayRows(std::cout, rowsOf(*holidays), request.format);
     return 0;
@@ -167,7 +146,37 @@ std::string holidayLine(const HolidayRow& row)
 struct Answer {
     size_t found = 0;
     bool here = false;
+    // When not here: the regions of the state asked about where one holds.
+    std::vector<const HolidayRegion*> inParts = {};
 };
+
+// The regions of `place`'s state, other than its own region, where one of
+// `holidays` holds.
+std::vector<const HolidayRegion*> regionsHolding(const std::vector<DatedHoliday>& holidays, const Place& place)
+{
+    std::vector<const HolidayRegion*> regions;
+    for (const DatedHoliday& holiday : holidays)
+        for (const HolidayRegion* region : holiday.regions)
+            if (region->state == place.land && region->code != place.region
+                && std::find(regions.begin(), regions.end(), region) == regions.end())
+                regions.push_back(region);
+    return regions;
+}
+
+// "not a public holiday in all of BY; it is one in parts of it: --region
+// KATH (Gemeinden ...), --region A (Stadt Augsburg)": a day that holds in
+// regions of a state is neither simply yes nor no for the people there.
+std::string partsText(const Place& place, const std::vector<const HolidayRegion*>& regions)
+{
+    const std::string state = placeName({place.land, "", false});
+    std::string text = place.region.empty() ? "not a public holiday in all of " + state + "; it is one in parts of it: "
+                                            : "not a public holiday in " + placeName(place)
+                                                  + "; it is one in other parts of " + state + ": ";
+    for (size_t i = 0; i < regions.size(); ++i)
+        text += std::string(i ? ", " : "") + "--region " + regions[i]->code + " (" + toTerminal(regions[i]->description)
+            + ")";
+    return text;
+}
 
 // Both print the holidays on `date` as they find them.
 Answer answerClassic(const KZDate& date, const Place& place)
@@ -182,12 +191,13 @@ Answer answerClassic(const KZDate& date, const Place& place)
 
 std::optional<Answer> answerLaw(const KZDate& date, const Place& place, int& status)
 {
-    const std::optional<std::vector<DatedHoliday>> holidays = lawHolidays({date, date}, Place(), status);
+    const std::optional<std::vector<DatedHoliday>> holidays = holidaysAt({date, date}, Place(), status);
     if (!holidays)
         return std::nullopt;
     for (const DatedHoliday& holiday : *holidays)
         std::cout << holidayLine(rowOf(holiday));
-    return Answer{holidays->size(), KZHolidayLaw::isPublicHoliday(date, place.land, place.region) == 0};
+    const bool here = KZHolidayLaw::isPublicHoliday(date, place.land, place.region) == 0;
+    return Answer{holidays->size(), here, here ? std::vector<const HolidayRegion*>() : regionsHolding(*holidays, place)};
 }
 
 int isHoliday(const HolidayRequest& request)
@@ -198,7 +208,7 @@ int isHoliday(const HolidayRequest& request)
         return status;
     if (request.words.size() != 1)
         return fail("is-holiday takes one date (see kzbs is-holiday --help)");
-    const std::optional<KZDate> date = parseDate(request.words[0], status);
+    const std::optional<KZDate> date = parseDate(request.words[0], status, spanOf(place->classic));
     if (!date)
         return status;
 
@@ -210,7 +220,9 @@ int isHoliday(const HolidayRequest& request)
         std::cout << isoDate(*date) << " " << weekdayName(*date) << ": no public holiday\n";
         return 1;
     }
-    if (place->land != XX)
+    if (place->land != XX && !answer->inParts.empty())
+        std::cout << partsText(*place, answer->inParts) << '\n';
+    else if (place->land != XX)
         std::cout << (answer->here ? "a public holiday in " : "not a public holiday in ") << placeName(*place)
                   << '\n';
     return answer->here ? 0 : 1;
@@ -218,11 +230,15 @@ int isHoliday(const HolidayRequest& request)
 
 int easter(const std::vector<std::string>& words)
 {
-    if (words.empty())
-        return fail("easter needs at least one year (see kzbs easter --help)");
     // Check every year before printing any, so bad input never leaves half an answer.
     std::vector<unsigned> years;
     int status = 0;
+    if (words.empty()) {
+        const std::optional<unsigned> year = thisYear(status);
+        if (!year)
+            return status;
+        years.push_back(*year);
+    }
     for (const std::string& word : words) {
         const std::optional<unsigned> year = parseYear(word, status);
         if (!year)
@@ -244,6 +260,7 @@ void addDateCommands(Program& program)
                     kHolidaysHelp, [list] { return holidays(*list); });
     addPlaceOptions(holidaysCommand, list->place);
     holidaysCommand.add_option("--format", list->format)->check(CLI::IsMember({"text", "csv", "json", "ics"}));
+    addOptional(holidaysCommand, "--calendar-name", list->calendarName);
     program.addWords(holidaysCommand, list->words);
 
     auto query = std::make_shared<HolidayRequest>();

@@ -29,12 +29,20 @@ const char kPathUsage[] =
     "  --symbols FILE   then load a directory symbol file (NAME=VALUE tokens);\n"
     "                   \"\" means <SYS_BASEDIR>/DirectorySymbols.dat\n"
     "Names may use symbols such as <DATA>/x.dat, '\\' or '/', drives and UNC prefixes.\n"
-    "rel, abs and param print one line per name; exit status 1 if one stayed unchanged.\n";
+    "rel, abs and param print one line per name; exit status 1 if one stayed unchanged.\n"
+    "\n"
+    "examples:\n"
+    "  kzbs path parse 'C:\\Daten\\Brief.txt'\n"
+    "  kzbs path rel /srv/app/data/x.dat --base /srv/app\n";
 
 const char kSymbolsUsage[] =
     "usage: kzbs symbols FILE [--base DIR]\n"
     "Prints the directory symbol table after loading FILE (\"\" for\n"
-    "<SYS_BASEDIR>/DirectorySymbols.dat): NAME = VALUE (expanded value), by name.\n";
+    "<SYS_BASEDIR>/DirectorySymbols.dat): NAME = VALUE (expanded value), by name.\n"
+    "\n"
+    "examples:\n"
+    "  kzbs symbols DirectorySymbols.dat --base /srv/app\n"
+    "  kzbs symbols \"\" --base /srv/app\n";
 
 // Why `text` is no symbol file, or "": symbol files are Windows-1252 text
 // with tab, CR and LF as their only control characters.

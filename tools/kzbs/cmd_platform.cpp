@@ -36,13 +36,20 @@ const char* const kIniUsage =
     "--force writes anyway. FILE is replaced whole or not at all, keeps its\n"
     "permissions and owner, and a symbolic link keeps pointing to it. set\n"
     "refuses what is not a regular file (a folder, a device) and checks that the\n"
-    "value reads back.\n";
+    "value reads back.\n"
+    "\n"
+    "examples:\n"
+    "  kzbs ini get app.ini General Language\n"
+    "  kzbs ini set app.ini General Language de\n";
 
 const char* const kFoldersUsage =
     "usage: kzbs folders\n"
     "\n"
     "Prints the system folders the library offers (temp, application support,\n"
-    "documents, home) and the folder of the kzbs program, one NAME PATH a line.\n";
+    "documents, home) and the folder of the kzbs program, one NAME PATH a line.\n"
+    "\n"
+    "example:\n"
+    "  kzbs folders\n";
 
 int printLines(const std::vector<std::string>& lines)
 {

@@ -48,7 +48,17 @@ const char kOptionsHelp[] =
     "  --classic       the library's fixed holiday table instead of the states'\n"
     "                  holiday laws (which are covered from 1990 on)\n"
     "\n"
-    "Dates are YYYY-MM-DD or DD.MM.YYYY, from 1583 to 4099.\n";
+    "Dates are YYYY-MM-DD or DD.MM.YYYY, from 1583 to 4099.\n"
+    "\n"
+    "examples:\n";
+
+const char kWorkdaysExamples[] =
+    "  kzbs workdays 2026-01-01 2026-12-31 --state BY\n"
+    "  kzbs workdays 2026 2026 --state NW --eves-off\n";
+
+const char kWorkdayExamples[] =
+    "  kzbs workday 2026-12-22 10 --state BE\n"
+    "  kzbs workday 2026-05-04 -5 --week 6\n";
 
 struct WorkdayRequest {
     PlaceWords place;
@@ -77,7 +87,7 @@ std::string describe(const WorkdayCalendar& calendar)
 {
     const Bundeslaender states;
     std::string text = calendar.daysPerWeek == 6 ? "Monday-Saturday, " : "Monday-Friday, ";
-    text += calendar.land == Alle ? "holidays of all states"
+    text += calendar.land == Alle ? "nationwide holidays"
                                   : "holidays of " + states.getName(calendar.land, false)
                                         + (calendar.region.empty() ? "" : "-" + calendar.region);
     text += calendar.classic ? " in the classic table" : " by law";
@@ -87,14 +97,14 @@ std::string describe(const WorkdayCalendar& calendar)
 }
 
 // The error for what the library refused; `start` is the date asked about.
-int failStatus(KZWorkdays::Status status, const KZDate& start)
+int failStatus(KZWorkdays::Status status, const KZDate& start, bool classic)
 {
     switch (status) {
     case KZWorkdays::BeforeFirstYear:
         return failBeforeLaw(start.Year() < KZHolidayLaw::FirstYear ? std::to_string(start.Year())
                                                                      : "the answer");
     case KZWorkdays::OutOfRange:
-        return fail("the answer lies outside " + yearRangeText());
+        return fail("the answer lies outside " + yearRangeText(spanOf(classic)));
     default:
         return fail("the working days cannot be computed for these options");
     }
@@ -105,10 +115,13 @@ int failStatus(KZWorkdays::Status status, const KZDate& start)
 std::optional<long> parseSteps(const std::string& text, int& status)
 {
     const size_t digits = text.size() - (!text.empty() && (text[0] == '-' || text[0] == '+'));
-    const bool ok = digits >= 1 && digits <= 7
-        && text.find_first_not_of("0123456789", text.size() - digits) == std::string::npos;
-    if (!ok) {
+    const bool number = digits >= 1 && text.find_first_not_of("0123456789", text.size() - digits) == std::string::npos;
+    if (!number) {
         status = fail("N must be a whole number of working days such as 10 or -3, not '" + text + "'");
+        return std::nullopt;
+    }
+    if (digits > 7) {
+        status = fail("N must lie within -9999999..9999999, not " + text);
         return std::nullopt;
     }
     return std::stol(text);
@@ -122,14 +135,14 @@ int workdays(const WorkdayRequest& request)
         return status;
     if (request.words.size() != 2)
         return fail("workdays takes a period FROM TO (see kzbs workdays --help)");
-    const std::optional<Period> period = parsePeriod(request.words[0], request.words[1], status);
+    const std::optional<Period> period = parsePeriod(request.words[0], request.words[1], status, spanOf(calendar->classic));
     if (!period)
         return status;
     long count = 0;
     const KZWorkdays::Status result = KZWorkdays::count(period->from, period->to, *calendar, count);
     if (result != KZWorkdays::Ok)
-        return failStatus(result, period->from);
-    std::cout << count << " working days from " << isoDate(period->from) << " to " << isoDate(period->to) << " ("
+        return failStatus(result, period->from, calendar->classic);
+    std::cout << count << (count == 1 ? " working day from " : " working days from ") << isoDate(period->from) << " to " << isoDate(period->to) << " ("
               << describe(*calendar) << ")\n";
     return 0;
 }
@@ -142,7 +155,7 @@ int workday(const WorkdayRequest& request)
         return status;
     if (request.words.size() != 2)
         return fail("workday takes a DATE and a number N (see kzbs workday --help)");
-    const std::optional<KZDate> date = parseDate(request.words[0], status);
+    const std::optional<KZDate> date = parseDate(request.words[0], status, spanOf(calendar->classic));
     if (!date)
         return status;
     const std::optional<long> steps = parseSteps(request.words[1], status);
@@ -151,7 +164,7 @@ int workday(const WorkdayRequest& request)
     KZDate answer;
     const KZWorkdays::Status result = KZWorkdays::advance(*date, *steps, *calendar, answer);
     if (result != KZWorkdays::Ok)
-        return failStatus(result, *date);
+        return failStatus(result, *date, calendar->classic);
     std::cout << isoDate(answer) << ' ' << weekdayName(answer) << " (" << describe(*calendar) << ")\n";
     return 0;
 }
@@ -167,8 +180,8 @@ void addWorkdayOptions(CLI::App& command, WorkdayRequest& request)
 
 void addWorkdayCommands(Program& program)
 {
-    static const std::string workdaysHelp = std::string(kWorkdaysHead) + kOptionsHelp;
-    static const std::string workdayHelp = std::string(kWorkdayHead) + kOptionsHelp;
+    static const std::string workdaysHelp = std::string(kWorkdaysHead) + kOptionsHelp + kWorkdaysExamples;
+    static const std::string workdayHelp = std::string(kWorkdayHead) + kOptionsHelp + kWorkdayExamples;
     auto count = std::make_shared<WorkdayRequest>();
     CLI::App& workdaysCommand = program.add("workdays", "the number of working days in a period", workdaysHelp.c_str(),
                                             [count] { return workdays(*count); });

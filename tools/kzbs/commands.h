@@ -9,6 +9,8 @@ namespace kzbs {
 
 // holidays, is-holiday, easter (cmd_dates.cpp)
 void addDateCommands(Program& program);
+// cal, next (cmd_calendar.cpp)
+void addCalendarCommands(Program& program);
 // workdays, workday (cmd_workdays.cpp)
 void addWorkdayCommands(Program& program);
 // grep, number (cmd_text.cpp)

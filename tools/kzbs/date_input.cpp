@@ -2,6 +2,8 @@
 
 #include "cli.h"
 
+#include "KZHolidayLaw.h"
+
 #include <cctype>
 #include <cstdio>
 
@@ -70,12 +72,13 @@ bool isAscii(const std::string& text)
 
 } // namespace
 
-std::string yearRangeText()
+std::string yearRangeText(YearSpan span)
 {
-    return std::to_string(kFirstYear) + ".." + std::to_string(kLastYear);
+    const unsigned first = span == YearSpan::Law ? KZHolidayLaw::FirstYear : kFirstYear;
+    return std::to_string(first) + ".." + std::to_string(kLastYear);
 }
 
-std::optional<unsigned> parseYear(const std::string& text, int& status)
+std::optional<unsigned> parseYear(const std::string& text, int& status, YearSpan span)
 {
     if (!allDigits(text) || text.size() > 9) {
         status = fail("not a year: '" + text + "'");
@@ -83,13 +86,23 @@ std::optional<unsigned> parseYear(const std::string& text, int& status)
     }
     const unsigned long year = std::stoul(text);
     if (year < kFirstYear || year > kLastYear) {
-        status = fail("year " + text + " is outside " + yearRangeText());
+        status = fail("year " + text + " is outside " + yearRangeText(span));
         return std::nullopt;
     }
     return static_cast<unsigned>(year);
 }
 
-std::optional<KZDate> parseDate(const std::string& text, int& status)
+std::optional<unsigned> thisYear(int& status, YearSpan span)
+{
+    const unsigned year = KZDate().Year();
+    if (year < kFirstYear || year > kLastYear) {
+        status = fail("this year (" + std::to_string(year) + ") is outside " + yearRangeText(span));
+        return std::nullopt;
+    }
+    return year;
+}
+
+std::optional<KZDate> parseDate(const std::string& text, int& status, YearSpan span)
 {
     unsigned parts[3] = {0, 0, 0};
     unsigned day, month, year;
@@ -102,7 +115,7 @@ std::optional<KZDate> parseDate(const std::string& text, int& status)
         return std::nullopt;
     }
     if (year < kFirstYear || year > kLastYear) {
-        status = fail("the year of " + text + " is outside " + yearRangeText());
+        status = fail("the year of " + text + " is outside " + yearRangeText(span));
         return std::nullopt;
     }
     if (!KZDate::DayWithinMonth(month, day, year)) {
@@ -112,23 +125,24 @@ std::optional<KZDate> parseDate(const std::string& text, int& status)
     return KZDate(day, month, year);
 }
 
-std::optional<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, int& status)
+std::optional<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, int& status, YearSpan span)
 {
     if (allDigits(text)) {
-        const std::optional<unsigned> year = parseYear(text, status);
+        const std::optional<unsigned> year = parseYear(text, status, span);
         if (!year)
             return std::nullopt;
         return isEnd ? KZDate(31, 12, *year) : KZDate(1, 1, *year);
     }
-    return parseDate(text, status);
+    return parseDate(text, status, span);
 }
 
-std::optional<Period> parsePeriod(const std::string& fromText, const std::string& toText, int& status)
+std::optional<Period> parsePeriod(const std::string& fromText, const std::string& toText, int& status,
+                                  YearSpan span)
 {
-    const std::optional<KZDate> from = parsePeriodEnd(fromText, false, status);
+    const std::optional<KZDate> from = parsePeriodEnd(fromText, false, status, span);
     if (!from)
         return std::nullopt;
-    const std::optional<KZDate> to = parsePeriodEnd(toText, true, status);
+    const std::optional<KZDate> to = parsePeriodEnd(toText, true, status, span);
     if (!to)
         return std::nullopt;
     if (to->CompareTo(*from) < 0) {
@@ -138,24 +152,16 @@ std::optional<Period> parsePeriod(const std::string& fromText, const std::string
     return Period{*from, *to};
 }
 
-std::optional<Period> parseYearOrPeriod(const std::vector<std::string>& words, int& status)
+std::optional<Period> parseYearOrPeriod(const std::vector<std::string>& words, int& status, YearSpan span)
 {
-    if (words.empty()) {
-        const unsigned year = KZDate().Year();
-        if (year < kFirstYear || year > kLastYear) {
-            status = fail("this year (" + std::to_string(year) + ") is outside " + yearRangeText());
-            return std::nullopt;
-        }
-        return Period{KZDate(1, 1, year), KZDate(31, 12, year)};
-    }
-    if (words.size() == 1) {
-        const std::optional<unsigned> year = parseYear(words[0], status);
+    if (words.size() <= 1) {
+        const std::optional<unsigned> year = words.empty() ? thisYear(status, span) : parseYear(words[0], status, span);
         if (!year)
             return std::nullopt;
         return Period{KZDate(1, 1, *year), KZDate(31, 12, *year)};
     }
     if (words.size() == 2)
-        return parsePeriod(words[0], words[1], status);
+        return parsePeriod(words[0], words[1], status, span);
     status = fail("holidays takes a year or a period FROM TO (see kzbs holidays --help)");
     return std::nullopt;
 }

@@ -24,18 +24,29 @@ struct Period {
     KZDate to;
 };
 
-// "1583..4099", for messages.
-std::string yearRangeText();
+// The years a command answers for, as its messages name them: the library's
+// fixed table and Easter reach over all of 1583..4099, the holiday laws begin
+// in 1990. The parsers accept 1583..4099 either way, so that a year before
+// the laws gets the message that points to --classic.
+enum class YearSpan { Table, Law };
 
-std::optional<unsigned> parseYear(const std::string& text, int& status);
+// "1583..4099" or "1990..4099", for messages.
+std::string yearRangeText(YearSpan span = YearSpan::Table);
+
+std::optional<unsigned> parseYear(const std::string& text, int& status, YearSpan span = YearSpan::Table);
+// The year of today's date (the library's clock).
+std::optional<unsigned> thisYear(int& status, YearSpan span = YearSpan::Table);
 // YYYY-MM-DD or DD.MM.YYYY.
-std::optional<KZDate> parseDate(const std::string& text, int& status);
+std::optional<KZDate> parseDate(const std::string& text, int& status, YearSpan span = YearSpan::Table);
 // A full date, or a bare year meaning its first (FROM) or last (TO) day.
-std::optional<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, int& status);
+std::optional<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, int& status,
+                                     YearSpan span = YearSpan::Table);
 // FROM TO, the end not before the start.
-std::optional<Period> parsePeriod(const std::string& from, const std::string& to, int& status);
+std::optional<Period> parsePeriod(const std::string& from, const std::string& to, int& status,
+                                  YearSpan span = YearSpan::Table);
 // This year, or one year, or FROM TO.
-std::optional<Period> parseYearOrPeriod(const std::vector<std::string>& words, int& status);
+std::optional<Period> parseYearOrPeriod(const std::vector<std::string>& words, int& status,
+                                        YearSpan span = YearSpan::Table);
 
 // An abbreviation (BY) or a name in any case, UTF-8 umlauts or spelled out
 // (Th\xC3\xBCringen, THUERINGEN).

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdio>
 
+using namespace KZBasicServices;
+
 namespace kzbs {
 
 namespace {
@@ -103,9 +105,43 @@ void printText(std::ostream& out, const std::vector<HolidayRow>& rows)
 
 } // namespace
 
+std::vector<std::string> statesOf(int mask)
+{
+    const Bundeslaender states;
+    std::vector<std::string> result;
+    const BundesLand* all = Bundeslaender::getBundesLandConstants();
+    for (int i = 0; i < 16; ++i)
+        if (mask & all[i])
+            result.push_back(states.getName(all[i], false));
+    return result;
+}
+
+HolidayRow rowOf(const DatedHoliday& holiday)
+{
+    const Bundeslaender states;
+    HolidayRow row{holiday.date, holiday.name, statesOf(holiday.states), {}};
+    for (const HolidayRegion* region : holiday.regions)
+        row.regions.push_back(states.getName(region->state, false) + "-" + region->code);
+    for (int i = 0; i < 16; ++i) {
+        const BundesLand state = Bundeslaender::getBundesLandConstants()[i];
+        const std::string own = KZHolidayLaw::nameInState(holiday, state);
+        if (!own.empty() && own != holiday.name)
+            row.stateNames.emplace_back(states.getName(state, false), own);
+    }
+    return row;
+}
+
+std::vector<HolidayRow> rowsOf(const std::vector<DatedHoliday>& holidays)
+{
+    std::vector<HolidayRow> rows;
+    for (const DatedHoliday& holiday : holidays)
+        rows.push_back(rowOf(holiday));
+    return rows;
+}
+
 std::string whereText(const HolidayRow& row)
 {
-    std::string text = join(row.states, " ");
+    std::string text = row.states.size() == 16 ? "alle" : join(row.states, " ");
     for (size_t i = 0; i < row.regions.size(); ++i) {
         const bool sameState = i > 0 && stateOf(row.regions[i]) == stateOf(row.regions[i - 1]);
         text += sameState ? " " : text.empty() ? "" : ", ";

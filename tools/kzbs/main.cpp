@@ -5,6 +5,7 @@ int main(int argc, char** argv)
 {
     kzbs::Program program;
     kzbs::addDateCommands(program);
+    kzbs::addCalendarCommands(program);
     kzbs::addWorkdayCommands(program);
     kzbs::addTextCommands(program);
     kzbs::addCryptCommands(program);

@@ -80,6 +80,23 @@ std::string placeName(const Place& place)
     return abbreviation(place.land) + (place.region.empty() ? "" : "-" + place.region);
 }
 
+std::optional<std::vector<DatedHoliday>> holidaysAt(const Period& period, const Place& place, int& status)
+{
+    if (place.classic)
+        return KZHolidayLaw::classicHolidaysInPeriod(period.from, period.to, place.land);
+    std::vector<DatedHoliday> holidays;
+    switch (KZHolidayLaw::holidaysInPeriod(period.from, period.to, place.land, place.region, holidays)) {
+    case KZHolidayLaw::Ok:
+        return holidays;
+    case KZHolidayLaw::BeforeFirstYear:
+        status = failBeforeLaw(std::to_string(period.from.Year()));
+        return std::nullopt;
+    default:
+        status = fail("no holidays known for " + isoDate(period.from) + " .. " + isoDate(period.to));
+        return std::nullopt;
+    }
+}
+
 int failBeforeLaw(const std::string& what)
 {
     return fail(what + " is before " + std::to_string(KZHolidayLaw::FirstYear)

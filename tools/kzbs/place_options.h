@@ -9,11 +9,14 @@
 #define KZBS_PLACE_OPTIONS_H
 
 #include "cli.h"
+#include "date_input.h"
 
 #include "KZCalendar.h"
+#include "KZHolidayLaw.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kzbs {
 
@@ -37,8 +40,17 @@ void addPlaceOptions(CLI::App& command, PlaceWords& words);
 // error and returns nullopt otherwise.
 std::optional<Place> parsePlace(const PlaceWords& words, int& status);
 
+// The years the rule set chosen (--classic or not) answers for, for messages.
+inline YearSpan spanOf(bool classic) { return classic ? YearSpan::Table : YearSpan::Law; }
+
 // "BY", "SN-BZ"; "" without a state.
 std::string placeName(const Place& place);
+
+// The holidays of a period by the place's rule set: those that hold at the
+// place, or without a state all of them anywhere. Each carries where it
+// holds. Writes the error and returns nullopt for a period the rule set does
+// not reach.
+std::optional<std::vector<DatedHoliday>> holidaysAt(const Period& period, const Place& place, int& status);
 
 // The error for a question the law's rule set does not reach (before 1990):
 // "<what> is before 1990, ..."; it names --classic, which does.
