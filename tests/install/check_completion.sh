@@ -35,7 +35,7 @@ expect "" kzbs help cal ""
 expect "cal" kzbs c
 expect "A KATH" kzbs holidays --state Bayern --region ""
 expect "A KATH" kzbs is-holiday --state by --region ""
-expect "EIC UH WAK" kzbs cal --state Thüringen --region ""
+expect "EIC UH WAK" kzbs cal --state $'Th\xc3\xbcringen' --region ""
 expect "EIC UH WAK" kzbs cal --state thueringen --region ""
 expect "BZ" kzbs next --state = SN --region ""
 expect "BZ" kzbs next --state=sachsen --region ""
