@@ -295,7 +295,7 @@ void cbcInPlace(unsigned char direction, int keySize, const char* keyText, std::
     for (std::uint32_t done = 0; done < bytes;) {
         const std::uint32_t chunk = std::min(bytes - done, kChunkBytes);
         unsigned char* piece = data + done;
-        unsigned char lastCipherBlock[16];
+        unsigned char lastCipherBlock[16] = {}; // set on every path below; the zeros quiet GCC
         if (direction == DIR_DECRYPT) // decryption overwrites it
             std::memcpy(lastCipherBlock, piece + chunk - 16, 16);
         blockFunction(&cipher, &key, piece, static_cast<int>(chunk * 8), piece);
