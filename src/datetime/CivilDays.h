@@ -2,15 +2,15 @@
 // proleptic Gregorian year/month/day and a count of days. Private to the
 // library.
 //
-// The conversions are Howard Hinnant's days_from_civil and civil_from_days
-// ("chrono-Compatible Low-Level Date Algorithms"): the year is taken to start
-// on 1 March, so the leap day ends it and the month lengths follow a fixed
-// pattern, and days are counted in eras of 400 years (146097 days).
-//
-// A KZDate holds a Julian Day Number in 32 unsigned bits. Its conversions
-// keep the answers the library has always given where the 32-bit arithmetic
-// of its original formulas wrapped: see dayNumberFromCivil and
-// civilFromDayNumber.
+// The conversions count in centuries, as Fliegel and Van Flandern's Julian
+// Day formulas (1968) and the library's original 32-bit ones do: the year is
+// taken to start on 1 March, so the leap day ends it and the month lengths
+// follow a fixed pattern (153 days every five months), and a century holds
+// 36524 or 36525 days, 146097 every four. Howard Hinnant's days_from_civil
+// and civil_from_days ("chrono-Compatible Low-Level Date Algorithms") do the
+// same in eras of 400 years; counting centuries needs fewer divisions, and in
+// unsigned 32-bit arithmetic it wraps exactly where KZDate's day numbers
+// always have (see dayNumberFromCivil and civilFromDayNumber).
 #ifndef KZ_CIVIL_DAYS_H
 #define KZ_CIVIL_DAYS_H
 
@@ -28,10 +28,11 @@ struct CivilDate {
     unsigned day;    // 1..31
 };
 
+// A year divisible by 100 is divisible by 400 exactly when it is by 16.
 template <typename Int>
 constexpr bool isLeapYear(Int year)
 {
-    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+    return year % 100 != 0 ? year % 4 == 0 : year % 16 == 0;
 }
 
 inline constexpr unsigned char kDaysInMonthOfCommonYear[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -42,7 +43,7 @@ constexpr unsigned lastDayOfMonth(Int year, unsigned month)
     return month == 2 && isLeapYear(year) ? 29u : kDaysInMonthOfCommonYear[month - 1];
 }
 
-// Floor division, for counting eras before year 0 too.
+// Floor division, for counting centuries before year 0 too.
 template <typename Int>
 constexpr Int floorDiv(Int value, Int divisor)
 {
@@ -52,33 +53,56 @@ constexpr Int floorDiv(Int value, Int divisor)
         return value / divisor;
 }
 
-// Days since 1 January 1970. A signed Int counts exactly (negative before
-// 1970); an unsigned one modulo its range, which is what KZDate's day numbers
-// do and is also faster.
+// Days since the latest 1 March on or before the date, 0..365: January and
+// February count in the year that began the March before.
+constexpr unsigned daysSinceMarch1st(unsigned month, unsigned day)
+{
+    return (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
+}
+
+// Day of the year, 1..366.
+template <typename Int>
+constexpr unsigned dayOfYear(Int year, unsigned month, unsigned day)
+{
+    constexpr unsigned kDaysFromJanuary1stToMarch1st = 59;  // in a common year
+    return month > 2 ? daysSinceMarch1st(month, day) + kDaysFromJanuary1stToMarch1st + 1 + (isLeapYear(year) ? 1 : 0)
+                     : daysSinceMarch1st(month, day) - (365 - kDaysFromJanuary1stToMarch1st) + 1;
+}
+
+// Days from 1 March of year 0 to 1 January 1970.
+inline constexpr unsigned kDaysFromMarch1st0To1970 = 719468;
+
+// Days since 1 January 1970 (negative before, for a signed Int). An unsigned
+// Int counts modulo its range as long as the count of centuries times 146097
+// fits it (for 32 bits: up to the year 2939899); beyond, each time the
+// product wraps the count loses 2^30 days, which is what KZDate's day numbers
+// do (see dayNumberFromCivil).
 template <typename Int>
 constexpr Int daysFromCivil(Int year, unsigned month, unsigned day)
 {
-    year -= month <= 2 ? 1 : 0;
-    const Int era = floorDiv<Int>(year, 400);
-    const auto yearOfEra = static_cast<unsigned>(year - era * 400);                                 // 0..399
-    const unsigned dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;  // 0..365
-    const unsigned dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;  // 0..146096
-    return static_cast<Int>(era * 146097 + dayOfEra - 719468);
+    year -= month <= 2 ? 1 : 0;  // year 0's January wraps an unsigned Int too
+    const Int century = floorDiv<Int>(year, 100);
+    const auto yearOfCentury = static_cast<unsigned>(year - century * 100);  // 0..99
+    return floorDiv<Int>(century * 146097, 4) +
+           static_cast<Int>((1461 * yearOfCentury) / 4 + daysSinceMarch1st(month, day)) -
+           static_cast<Int>(kDaysFromMarch1st0To1970);
 }
 
-// The inverse of daysFromCivil: the date `days` after 1 January 1970.
+// The inverse of daysFromCivil: the date `days` after 1 January 1970. An
+// unsigned Int reads the days since 1 March of year 0 modulo a quarter of its
+// range, as four times the count wraps (see civilFromDayNumber).
 template <typename Int>
 constexpr CivilDate<Int> civilFromDays(Int days)
 {
-    days += 719468;  // now counted from 1 March of year 0
-    const Int era = floorDiv<Int>(days, 146097);
-    const auto dayOfEra = static_cast<unsigned>(days - era * 146097);                                  // 0..146096
-    const unsigned yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;  // 0..399
-    const unsigned dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);          // 0..365
-    const unsigned shiftedMonth = (5 * dayOfYear + 2) / 153;                                            // 0 = March
+    const Int quarterDays = (days + static_cast<Int>(kDaysFromMarch1st0To1970)) * 4 + 3;
+    const Int century = floorDiv<Int>(quarterDays, 146097);
+    const auto quarterDayOfCentury = static_cast<unsigned>(quarterDays - century * 146097) | 3u;  // 4 * (0..36524) + 3
+    const unsigned yearOfCentury = quarterDayOfCentury / 1461;                                      // 0..99
+    const unsigned dayOfYear = (quarterDayOfCentury - 1461 * yearOfCentury) / 4;                  // 0..365, from 1 March
+    const unsigned shiftedMonth = (5 * dayOfYear + 2) / 153;                                       // 0 = March
     const unsigned day = dayOfYear - (153 * shiftedMonth + 2) / 5 + 1;
     const unsigned month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
-    return {static_cast<Int>(era * 400 + yearOfEra + (month <= 2 ? 1 : 0)), month, day};
+    return {static_cast<Int>(century * 100 + static_cast<Int>(yearOfCentury + (month <= 2 ? 1 : 0))), month, day};
 }
 
 // --- KZDate day numbers ----------------------------------------------------
@@ -86,30 +110,24 @@ constexpr CivilDate<Int> civilFromDays(Int days)
 // Julian Day Number of 1 January 1970, where daysFromCivil counts from.
 constexpr std::uint32_t kDayNumberOf1970 = 2440588;
 
-// The day number of a date, modulo 2^32 as KZDate holds it. The library's
-// original formula multiplied the count of centuries (from 1 March of year 0)
-// by 146097 in 32 bits; from year 2939900 on that product wraps, and each
-// wrap takes 2^30 days off the number. Kept, so every year gives the number
-// it always gave. The date is not checked.
+// The day number of a date, modulo 2^32 as KZDate holds it. From the year
+// 2939900 on, the count of centuries times 146097 wraps in 32 bits and each
+// wrap takes 2^30 days off the number, as in the library's original formula:
+// kept, so every year gives the number it always gave. The date is not
+// checked.
 constexpr std::uint32_t dayNumberFromCivil(std::uint32_t year, unsigned month, unsigned day)
 {
-    const std::uint32_t centuries = (year - (month <= 2 ? 1 : 0)) / 100;  // year 0's January wraps too
-    const auto wraps = static_cast<std::uint32_t>(std::uint64_t{centuries} * 146097 >> 32);  // 0 up to 2939899
-    return daysFromCivil(year, month, day) + kDayNumberOf1970 - (wraps << 30);
+    return daysFromCivil(year, month, day) + kDayNumberOf1970;
 }
 
 constexpr std::uint32_t kJan1st1901 = dayNumberFromCivil(1901, 1, 1);  // day 0 of KZDate(n, 0) and of KZTime
 
-// The date of a day number. The original formula multiplied the days since
-// the day before 1 March of year 0 by 4 in 32 bits, so it read every number
-// modulo 2^30 days, starting from 1 March of year 0: the null date reads as
-// 28 February 2935093. Kept, so every number reads as it always did.
+// The date of a day number. Four times the days since 1 March of year 0
+// wraps in 32 bits, so every number reads modulo 2^30 days from that day, as
+// with the original formula: the null date reads as 28 February 2935093.
 constexpr CivilDate<std::uint32_t> civilFromDayNumber(std::uint32_t dayNumber)
 {
-    constexpr std::uint32_t kMarch1st0 = daysFromCivil<std::uint32_t>(0, 3, 1);  // days since 1970, modulo 2^32
-    constexpr std::uint32_t kCycle = std::uint32_t{1} << 30;
-    const std::uint32_t sinceMarch1st0 = (dayNumber - kDayNumberOf1970 - kMarch1st0) % kCycle;
-    return civilFromDays(kMarch1st0 + sinceMarch1st0);
+    return civilFromDays(dayNumber - kDayNumberOf1970);
 }
 
 // 1 = Monday .. 7 = Sunday; Julian Day 0 was a Monday. Counted from the day

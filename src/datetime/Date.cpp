@@ -116,8 +116,7 @@ unsigned KZDate::FirstDayOfMonth(unsigned month) const
 {
     if (month < 1 || month > 12)
         return 0;
-    const std::uint32_t year = civilFromDayNumber(m_day).year;
-    return daysFromCivil(year, month, 1) - daysFromCivil(year, 1, 1) + 1;
+    return dayOfYear(civilFromDayNumber(m_day).year, month, 1);
 }
 
 int KZDate::CompareTo(const KZDate& other) const
