@@ -1,15 +1,18 @@
 // Holiday queries over dates and periods.
 #include "KZCalendar.h"
 
+#include "CivilDays.h"
+
 #include <cstdint>
 
 using namespace KZBasicServices;
+using namespace kzdatetime;
 
 KZCalendar::~KZCalendar() = default;
 
 bool PublicHolidayInfoListSorter::operator()(const PublicHolidayInfo& a, const PublicHolidayInfo& b) const
 {
-    return a.getDate().Hash() < b.getDate().Hash();
+    return dayNumberOf(a.getDate()) < dayNumberOf(b.getDate());
 }
 
 namespace {
@@ -20,8 +23,8 @@ namespace {
 // date exactly when its day and month match, or its offset from Easter does.
 // Other dates (the years up to 137, which a row reads as 19xx; the null
 // date; the years after 4099) ask each row for its date as they always did.
-constexpr std::uint32_t kFirstPlainDay = 1771464;  // KZDate(1, 1, 138)
-constexpr std::uint32_t kLastPlainDay = 3218554;   // KZDate(31, 12, 4099)
+constexpr std::uint32_t kFirstPlainDay = dayNumberFromCivil(138, 1, 1);
+constexpr std::uint32_t kLastPlainDay = dayNumberFromCivil(4099, 12, 31);
 
 // KZCalendar::easter gives 22 March .. 26 April in these years (Julian
 // dates included): days 21..56 counted from 1 March.
@@ -36,19 +39,19 @@ struct PlainDay {
 
     explicit PlainDay(const KZDate& d) : date(d)
     {
-        unsigned y;
-        date.Mdy(month, day, y);
-        year = static_cast<int>(y);
+        const CivilDate<std::uint32_t> civil = civilFromDayNumber(dayNumberOf(date));
+        month = civil.month;
+        day = civil.day;
+        year = static_cast<int>(civil.year);
     }
 
     // False when Easter plus `offset` cannot be this date, so most dates
-    // need no Easter. Days are counted from 1 March; before March the count
-    // is one of two, as February has 28 or 29 days.
+    // need no Easter. Days are counted from 1 March of the date's year;
+    // before March the count is one of two, as February has 28 or 29 days.
     bool mayBeEasterPlus(int offset) const
     {
-        const std::int64_t latest = month >= 3 ? (153 * (month - 3) + 2) / 5 + day - 1
-                                    : month == 1 ? std::int64_t{day} - 60
-                                                 : std::int64_t{day} - 29;
+        const std::int64_t sinceMarch1st = daysSinceMarch1st(month, day);
+        const std::int64_t latest = month >= 3 ? sinceMarch1st : sinceMarch1st - 365;
         const std::int64_t earliest = month >= 3 ? latest : latest - 1;
         return earliest - offset <= kLatestEaster && latest - offset >= kEarliestEaster;
     }
@@ -62,10 +65,10 @@ struct PlainDay {
             if (!mayBeEasterPlus(row.m_offset))
                 return false;
             if (easter == 0)
-                easter = KZCalendar::easter(year).Hash();
-            return easter + static_cast<std::uint32_t>(row.m_offset) == date.Hash();
+                easter = dayNumberOf(KZCalendar::easter(year));
+            return easter + static_cast<std::uint32_t>(row.m_offset) == dayNumberOf(date);
         case PublicHolidayInfoBase::DayOfRepentance:
-            return month == 11 && 16 <= day && day <= 22 && date.WeekDay(0) == 3;
+            return month == 11 && 16 <= day && day <= 22 && weekdayOfDayNumber(dayNumberOf(date)) == 3;
         default:
             return month == 1 && day == 1;
         }
@@ -80,10 +83,11 @@ PublicHolidayMatches rowsOn(const KZDate& date)
         if (result.count < 2) // the table never puts three rows on one day
             result.matches[result.count++] = &row;
     };
-    if (date.Hash() < kFirstPlainDay || date.Hash() > kLastPlainDay) {
+    const std::uint32_t dayNumber = dayNumberOf(date);
+    if (dayNumber < kFirstPlainDay || dayNumber > kLastPlainDay) {
         const int year = static_cast<int>(date.Year());
         for (const PublicHolidayInfoBase& row : g_holiday_Info)
-            if (row.getDateForYear(year).Hash() == date.Hash())
+            if (dayNumberOf(row.getDateForYear(year)) == dayNumber)
                 keep(row);
         return result;
     }
@@ -117,8 +121,8 @@ int KZCalendar::appendPublicHolidaysInYear(const KZDate& from, const KZDate& to,
     for (const PublicHolidayInfoBase& row : g_holiday_Info) {
         if (!row.isValidIn(land))
             continue;
-        const std::uint32_t day = row.getDateForYear(year).Hash();
-        if (from.Hash() <= day && day <= to.Hash()) {
+        const std::uint32_t day = dayNumberOf(row.getDateForYear(year));
+        if (dayNumberOf(from) <= day && day <= dayNumberOf(to)) {
             list.emplace_back(row, year);
             ++appended;
         }
@@ -152,7 +156,7 @@ std::list<PublicHolidayInfo> KZCalendar::getPublicHolidaysInPeriod(const KZDate&
                                                                    BundesLand land)
 {
     std::list<PublicHolidayInfo> result;
-    if (to.Hash() < from.Hash())
+    if (dayNumberOf(to) < dayNumberOf(from))
         return result;
     appendPublicHolidaysInPeriod(from, to, land, result);
     result.sort(PublicHolidayInfoListSorter()); // stable: one day keeps table order

@@ -2,14 +2,16 @@
 // dates, periods and names.
 #include "HolidayLawTable.h"
 
+#include "CivilDays.h"
+#include "DayOfRepentance.h"
+
 #include <algorithm>
 #include <cstring>
 
 using namespace KZBasicServices;
-using namespace KZBasicServices::holidaylaw;
+using namespace kzdatetime;
 
-namespace KZBasicServices {
-namespace holidaylaw {
+namespace kzdatetime {
 
 namespace {
 
@@ -21,12 +23,11 @@ std::uint32_t dayOf(const LawDate& date, int year, const KZDate& easterSunday)
     switch (date.rule) {
     case DateRule::Fixed:
     case DateRule::Once:
-        return KZDate(static_cast<unsigned>(date.day), static_cast<unsigned>(date.month), y).Hash();
+        return dayNumberOf(KZDate(static_cast<unsigned>(date.day), static_cast<unsigned>(date.month), y));
     case DateRule::Easter:
-        return (easterSunday + date.offset).Hash();
+        return dayNumberOf(easterSunday) + static_cast<std::uint32_t>(date.offset);
     case DateRule::DayOfRepentance:
-        // 23 November minus the weekday of 27 November: the Wednesday in 16..22 November.
-        return (KZDate(23, 11, y) - static_cast<int>(KZDate(27, 11, y).WeekDay())).Hash();
+        return dayNumberOf(dayOfRepentance(y));
     }
     return 0;
 }
@@ -47,7 +48,7 @@ YearHolidays workOutYear(int year)
         return result;
     const KZDate easterSunday = KZCalendar::easter(year);
     const LawRow* rows = lawRows();
-    for (int r = 0; r < lawRowCount(); ++r) {
+    for (std::size_t r = 0; r < lawRowCount(); ++r) {
         const LawRow& row = rows[r];
         if (!inForce(row, year))
             continue;
@@ -84,8 +85,7 @@ bool holdsFor(const ResolvedHoliday& holiday, int land, int region)
     return (holiday.states & land) == land;
 }
 
-} // namespace holidaylaw
-} // namespace KZBasicServices
+} // namespace kzdatetime
 
 namespace {
 
@@ -112,7 +112,7 @@ std::vector<const HolidayRegion*> regionsOf(unsigned bits)
     return result;
 }
 
-int yearOf(const KZDate& date) { return static_cast<int>(date.Year()); }
+int yearOf(const KZDate& date) { return static_cast<int>(civilFromDayNumber(dayNumberOf(date)).year); }
 
 } // namespace
 
@@ -137,7 +137,7 @@ KZHolidayLaw::Status KZHolidayLaw::holidaysInPeriod(const KZDate& from, const KZ
     int regionIndex = kNoRegion;
     if (!regionIndexFor(land, region, regionIndex))
         return UnknownRegion;
-    if (to.Hash() < from.Hash())
+    if (dayNumberOf(to) < dayNumberOf(from))
         return Ok;
     if (yearOf(from) < FirstYear)
         return BeforeFirstYear;
@@ -145,9 +145,9 @@ KZHolidayLaw::Status KZHolidayLaw::holidaysInPeriod(const KZDate& from, const KZ
         return OutOfRange;
     for (int year = yearOf(from); year <= yearOf(to); ++year) {
         for (const ResolvedHoliday& h : resolveYear(year)) {
-            if (h.day < from.Hash() || h.day > to.Hash() || !holdsFor(h, land, regionIndex))
+            if (h.day < dayNumberOf(from) || h.day > dayNumberOf(to) || !holdsFor(h, land, regionIndex))
                 continue;
-            out.push_back(DatedHoliday{dateOfDay(h.day), lawRows()[h.row].name, h.states, regionsOf(h.regions)});
+            out.push_back(DatedHoliday{dateOfDayNumber(h.day), lawRows()[h.row].name, h.states, regionsOf(h.regions)});
         }
     }
     return Ok;
@@ -177,7 +177,7 @@ KZHolidayLaw::Status KZHolidayLaw::whereHolds(const std::string& name, int year,
         return OutOfRange;
     unsigned regionBits = 0;
     const LawRow* rows = lawRows();
-    for (int r = 0; r < lawRowCount(); ++r) {
+    for (std::size_t r = 0; r < lawRowCount(); ++r) {
         if (name != rows[r].name || rows[r].firstYear > year || year > rows[r].lastYear)
             continue;
         states |= rows[r].states;

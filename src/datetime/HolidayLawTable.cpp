@@ -48,8 +48,9 @@
 // "all laws" stands for the list of public holidays in each of them.
 #include "HolidayLawTable.h"
 
-namespace KZBasicServices {
-namespace holidaylaw {
+using namespace KZBasicServices;
+
+namespace kzdatetime {
 
 namespace {
 
@@ -100,7 +101,7 @@ constexpr LawRow kRows[] = {
     {"2. Weihnachtstag",                  fixed(26, 12),                 Alle, kNoRegion,          1990, kOpenEnded}, // all laws
 };
 
-constexpr int kRowCount = static_cast<int>(sizeof kRows / sizeof kRows[0]);
+constexpr std::size_t kRowCount = sizeof kRows / sizeof kRows[0];
 static_assert(kRowCount <= kMaxRows, "a year must have room for every row");
 
 constexpr HolidayRegion kRegions[kRegionCount] = {
@@ -132,10 +133,9 @@ static_assert(onceRowsAgree(), "a single-date row must hold in exactly its year"
 } // namespace
 
 const LawRow* lawRows() { return kRows; }
-int lawRowCount() { return kRowCount; }
+std::size_t lawRowCount() { return kRowCount; }
 const HolidayRegion* regionTable() { return kRegions; }
 const StateName* stateNames() { return kStateNames; }
 std::size_t stateNameCount() { return sizeof kStateNames / sizeof kStateNames[0]; }
 
-} // namespace holidaylaw
-} // namespace KZBasicServices
+} // namespace kzdatetime

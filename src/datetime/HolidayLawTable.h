@@ -10,8 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace KZBasicServices {
-namespace holidaylaw {
+namespace kzdatetime {
 
 // How a row finds its date in a year.
 enum class DateRule {
@@ -49,11 +48,11 @@ struct LawRow {
     int lastYear;
 };
 
-constexpr int kMaxRows = 48;  // room for every row; the table checks it fits
+constexpr std::size_t kMaxRows = 48;  // room for every row; the table checks it fits
 
 const LawRow* lawRows();
-int lawRowCount();
-const HolidayRegion* regionTable();  // kRegionCount entries
+std::size_t lawRowCount();
+const KZBasicServices::HolidayRegion* regionTable();  // kRegionCount entries
 
 // A name one state's law gives a holiday instead of its common name.
 struct StateName {
@@ -68,14 +67,14 @@ std::size_t stateNameCount();
 // One holiday in one year: the rows of one name on one date, merged.
 struct ResolvedHoliday {
     std::uint32_t day;    // day number of the date
-    int row;              // the first of the merged rows (its name, its order)
+    std::size_t row;      // the first of the merged rows (its name, its order)
     int states;           // union of the rows' state masks
     unsigned regions;     // bit i: RegionIndex i
 };
 
 // The holidays of one year, sorted by date; one date keeps row order.
 struct YearHolidays {
-    int count = 0;
+    std::size_t count = 0;
     std::array<ResolvedHoliday, kMaxRows> items{};
 
     const ResolvedHoliday* begin() const { return items.data(); }
@@ -103,14 +102,6 @@ bool holdsFor(const ResolvedHoliday& holiday, int land, int region);
 // True when `land` is exactly one of the sixteen state bits.
 bool isSingleState(int land);
 
-// The date with day number `day` (KZDate has no constructor for it).
-inline KZDate dateOfDay(std::uint32_t day)
-{
-    constexpr std::uint32_t kJan1st1901 = 2415386;
-    return KZDate(day - kJan1st1901, 0);
-}
-
-} // namespace holidaylaw
-} // namespace KZBasicServices
+} // namespace kzdatetime
 
 #endif // KZ_HOLIDAY_LAW_TABLE_H

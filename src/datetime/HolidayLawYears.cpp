@@ -12,11 +12,12 @@
 // for, kept until the process ends.
 #include "HolidayLawTable.h"
 
+#include "CivilDays.h"
+
 #include <atomic>
 #include <new>
 
-namespace KZBasicServices {
-namespace holidaylaw {
+namespace kzdatetime {
 
 namespace {
 
@@ -37,7 +38,7 @@ struct SharedYear {
 void workOut(SharedYear& year, int number)
 {
     year.holidays = workOutYear(number);
-    year.firstDay = KZDate(1, 1, static_cast<unsigned>(number)).Hash();
+    year.firstDay = dayNumberFromCivil(static_cast<std::uint32_t>(number), 1, 1);
     for (const ResolvedHoliday& h : year.holidays) {
         const std::uint32_t d = h.day - year.firstDay;
         year.busy[d / 64] |= std::uint64_t{1} << (d % 64);
@@ -86,7 +87,7 @@ const YearHolidays& resolveYear(int year)
 int answerOn(const KZDate& date, int number, int land, int region)
 {
     const SharedYear& year = sharedYear(number);
-    const std::uint32_t day = date.Hash();
+    const std::uint32_t day = dayNumberOf(date);
     if (!year.anyOn(day))
         return 1;
     bool elsewhere = false;
@@ -100,5 +101,4 @@ int answerOn(const KZDate& date, int number, int land, int region)
     return elsewhere ? 2 : 1;
 }
 
-} // namespace holidaylaw
-} // namespace KZBasicServices
+} // namespace kzdatetime

@@ -1,6 +1,8 @@
 // The holiday rules and the table of the fifteen holidays.
 #include "KZCalendar.h"
 
+#include "DayOfRepentance.h"
+
 using namespace KZBasicServices;
 
 PublicHolidayInfoBase g_holiday_Info[kPublicHolidayCount] = {
@@ -65,8 +67,7 @@ KZDate PublicHolidayInfoBase::getDateForYear(int year) const
     case RelativeToEaster:
         return KZCalendar::easter(year) + m_offset;
     case DayOfRepentance:
-        // 23 November minus the weekday of 27 November: the Wednesday in 16..22 November.
-        return KZDate(23, 11, y) - static_cast<int>(KZDate(27, 11, y).WeekDay());
+        return kzdatetime::dayOfRepentance(y);
     default:
         return KZDate(1, 1, y);
     }

@@ -10,7 +10,6 @@
 #include <cstdint>
 
 using namespace KZBasicServices;
-using namespace KZBasicServices::holidaylaw;
 using namespace kzdatetime;
 
 namespace {
