@@ -85,6 +85,8 @@ bool holdsFor(const ResolvedHoliday& holiday, int land, int region)
     return (holiday.states & land) == land;
 }
 
+int regionIndexOf(const HolidayRegion& region) { return static_cast<int>(&region - KZHolidayLaw::regions().data()); }
+
 } // namespace kzdatetime
 
 namespace {
@@ -99,7 +101,7 @@ bool regionIndexFor(BundesLand land, const std::string& code, int& index)
     const HolidayRegion* region = KZHolidayLaw::findRegion(land, code);
     if (!region)
         return false;
-    index = static_cast<int>(region - KZHolidayLaw::regions().data());
+    index = regionIndexOf(*region);
     return true;
 }
 

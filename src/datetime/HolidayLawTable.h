@@ -102,6 +102,9 @@ bool holdsFor(const ResolvedHoliday& holiday, int land, int region);
 // True when `land` is exactly one of the sixteen state bits.
 bool isSingleState(int land);
 
+// The RegionIndex of a region of KZHolidayLaw::regions().
+int regionIndexOf(const KZBasicServices::HolidayRegion& region);
+
 } // namespace kzdatetime
 
 #endif // KZ_HOLIDAY_LAW_TABLE_H

@@ -48,7 +48,7 @@ KZWorkdays::Status prepare(const WorkdayCalendar& calendar, Rules& rules)
         const HolidayRegion* region = calendar.classic ? nullptr : KZHolidayLaw::findRegion(calendar.land, calendar.region);
         if (!region)
             return KZWorkdays::UnknownRegion;
-        rules.region = static_cast<int>(region - KZHolidayLaw::regions().data());
+        rules.region = regionIndexOf(*region);
     }
     if (!rules.classic)
         rules.firstDay = kFirstLawDay;
