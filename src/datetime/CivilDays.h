@@ -2,14 +2,14 @@
 // proleptic Gregorian year/month/day and a count of days. Private to the
 // library.
 //
-// The conversions count in centuries, as Fliegel and Van Flandern's Julian
-// Day formulas (1968) and the library's original 32-bit ones do: the year is
-// taken to start on 1 March, so the leap day ends it and the month lengths
-// follow a fixed pattern (153 days every five months), and a century holds
+// The conversions are R. G. Tantzen's (Algorithm 199, Communications of the
+// ACM, 1963), which the library has always used: the year is taken to start
+// on 1 March, so the leap day ends it and the month lengths follow a fixed
+// pattern (153 days every five months), and days are counted in centuries of
 // 36524 or 36525 days, 146097 every four. Howard Hinnant's days_from_civil
-// and civil_from_days ("chrono-Compatible Low-Level Date Algorithms") do the
-// same in eras of 400 years; counting centuries needs fewer divisions, and in
-// unsigned 32-bit arithmetic it wraps exactly where KZDate's day numbers
+// and civil_from_days ("chrono-Compatible Low-Level Date Algorithms") work
+// the same way in eras of 400 years; centuries need fewer divisions, and in
+// unsigned 32-bit arithmetic they wrap exactly where KZDate's day numbers
 // always have (see dayNumberFromCivil and civilFromDayNumber).
 #ifndef KZ_CIVIL_DAYS_H
 #define KZ_CIVIL_DAYS_H
@@ -60,13 +60,13 @@ constexpr unsigned daysSinceMarch1st(unsigned month, unsigned day)
     return (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
 }
 
-// Day of the year, 1..366.
+// Day of the year, 1..366. 1 March is day 60, or 61 in a leap year; January
+// and February count from the March before, 306 days earlier.
 template <typename Int>
 constexpr unsigned dayOfYear(Int year, unsigned month, unsigned day)
 {
-    constexpr unsigned kDaysFromJanuary1stToMarch1st = 59;  // in a common year
-    return month > 2 ? daysSinceMarch1st(month, day) + kDaysFromJanuary1stToMarch1st + 1 + (isLeapYear(year) ? 1 : 0)
-                     : daysSinceMarch1st(month, day) - (365 - kDaysFromJanuary1stToMarch1st) + 1;
+    return month > 2 ? daysSinceMarch1st(month, day) + (isLeapYear(year) ? 61 : 60)
+                     : daysSinceMarch1st(month, day) - 305;
 }
 
 // Days from 1 March of year 0 to 1 January 1970.
@@ -98,9 +98,9 @@ constexpr CivilDate<Int> civilFromDays(Int days)
     const Int century = floorDiv<Int>(quarterDays, 146097);
     const auto quarterDayOfCentury = static_cast<unsigned>(quarterDays - century * 146097) | 3u;  // 4 * (0..36524) + 3
     const unsigned yearOfCentury = quarterDayOfCentury / 1461;                                      // 0..99
-    const unsigned dayOfYear = (quarterDayOfCentury - 1461 * yearOfCentury) / 4;                  // 0..365, from 1 March
-    const unsigned shiftedMonth = (5 * dayOfYear + 2) / 153;                                       // 0 = March
-    const unsigned day = dayOfYear - (153 * shiftedMonth + 2) / 5 + 1;
+    const unsigned sinceMarch1st = (quarterDayOfCentury - 1461 * yearOfCentury) / 4;              // 0..365
+    const unsigned shiftedMonth = (5 * sinceMarch1st + 2) / 153;                                   // 0 = March
+    const unsigned day = sinceMarch1st - (153 * shiftedMonth + 2) / 5 + 1;
     const unsigned month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
     return {static_cast<Int>(century * 100 + static_cast<Int>(yearOfCentury + (month <= 2 ? 1 : 0))), month, day};
 }
