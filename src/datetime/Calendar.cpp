@@ -85,7 +85,7 @@ PublicHolidayMatches rowsOn(const KZDate& date)
     };
     const std::uint32_t dayNumber = dayNumberOf(date);
     if (dayNumber < kFirstPlainDay || dayNumber > kLastPlainDay) {
-        const int year = static_cast<int>(date.Year());
+        const int year = yearOf(date);
         for (const PublicHolidayInfoBase& row : g_holiday_Info)
             if (dayNumberOf(row.getDateForYear(year)) == dayNumber)
                 keep(row);
@@ -116,7 +116,7 @@ int KZCalendar::isPublicHoliday(const KZDate& date, BundesLand land)
 int KZCalendar::appendPublicHolidaysInYear(const KZDate& from, const KZDate& to, BundesLand land,
                                            std::list<PublicHolidayInfo>& list)
 {
-    const int year = static_cast<int>(from.Year());
+    const int year = yearOf(from);
     int appended = 0;
     for (const PublicHolidayInfoBase& row : g_holiday_Info) {
         if (!row.isValidIn(land))
@@ -135,14 +135,14 @@ int KZCalendar::appendPublicHolidaysInYear(const KZDate& from, const KZDate& to,
 int KZCalendar::appendPublicHolidaysInPeriod(const KZDate& from, const KZDate& to, BundesLand land,
                                              std::list<PublicHolidayInfo>& list)
 {
-    const int lastYear = static_cast<int>(to.Year());
+    const int lastYear = yearOf(to);
     KZDate start = from;
-    int year = static_cast<int>(start.Year());
+    int year = yearOf(start);
     int appended = 0;
     while (year < lastYear) {
         appended += appendPublicHolidaysInYear(start, KZDate(31, 12, static_cast<unsigned>(year)), land, list);
         start = KZDate(1, 1, static_cast<unsigned>(year) + 1);
-        const int next = static_cast<int>(start.Year());
+        const int next = yearOf(start);
         if (next <= year)
             return appended;
         year = next;

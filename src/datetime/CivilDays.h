@@ -140,6 +140,8 @@ inline std::uint32_t dayNumberOf(const KZDate& date) { return date.Hash(); }
 inline bool isNullDate(const KZDate& date) { return date.Hash() == 0; }
 // KZDate(n, 0) counts from 1 January 1901 and wraps, so it reaches every number.
 inline KZDate dateOfDayNumber(std::uint32_t dayNumber) { return KZDate(dayNumber - kJan1st1901, 0); }
+// Every day number reads as a year below 2939806, so the year fits an int.
+inline int yearOf(const KZDate& date) { return static_cast<int>(civilFromDayNumber(dayNumberOf(date)).year); }
 
 static_assert(kJan1st1901 == 2415386 && dayNumberFromCivil(2000, 1, 1) == 2451545, "Julian Day Numbers");
 static_assert(civilFromDayNumber(0).year == 2935093 && civilFromDayNumber(0).month == 2 &&

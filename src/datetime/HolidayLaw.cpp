@@ -114,8 +114,6 @@ std::vector<const HolidayRegion*> regionsOf(unsigned bits)
     return result;
 }
 
-int yearOf(const KZDate& date) { return static_cast<int>(civilFromDayNumber(dayNumberOf(date)).year); }
-
 } // namespace
 
 const std::vector<HolidayRegion>& KZHolidayLaw::regions()
