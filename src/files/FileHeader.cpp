@@ -6,8 +6,8 @@
 #include <istream>
 #include <ostream>
 
-using kzbs_files::loadLittleEndian;
-using kzbs_files::storeLittleEndian;
+using kzfiles::loadLittleEndian;
+using kzfiles::storeLittleEndian;
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace kzbs_files {
+namespace kzfiles {
 
 inline void storeLittleEndian(std::uint32_t value, unsigned char* bytes, std::size_t count)
 {
@@ -21,6 +21,6 @@ inline std::uint32_t loadLittleEndian(const unsigned char* bytes, std::size_t co
     return value;
 }
 
-} // namespace kzbs_files
+} // namespace kzfiles
 
 #endif // KZBS_FILES_LITTLE_ENDIAN_H

@@ -9,8 +9,8 @@
 #include <limits>
 #include <ostream>
 
-using kzbs_files::loadLittleEndian;
-using kzbs_files::storeLittleEndian;
+using kzfiles::loadLittleEndian;
+using kzfiles::storeLittleEndian;
 
 namespace {
 

@@ -7,8 +7,7 @@
 #include <QFileInfo>
 #include <QXmlStreamReader>
 
-namespace CrossPlatformApi {
-namespace detail {
+namespace kzplatform {
 
 bool isAppBundle(const QString& path)
 {
@@ -68,5 +67,4 @@ QString bundlePath()
     return folder;
 }
 
-} // namespace detail
-} // namespace CrossPlatformApi
+} // namespace kzplatform

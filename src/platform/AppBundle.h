@@ -6,8 +6,7 @@
 
 #include <QString>
 
-namespace CrossPlatformApi {
-namespace detail {
+namespace kzplatform {
 
 // True for a folder named "*.app" that holds Contents/Info.plist and Contents/MacOS.
 bool isAppBundle(const QString& path);
@@ -23,7 +22,6 @@ QString applicationDirPath();
 // or the bundle X.app when the executable lies in X.app/Contents/MacOS.
 QString bundlePath();
 
-} // namespace detail
-} // namespace CrossPlatformApi
+} // namespace kzplatform
 
 #endif

@@ -23,13 +23,13 @@ std::string cp1252(const QString& text)
 // The identifier of the bundle three folders above ours, if that is one.
 QString outerBundleId()
 {
-    QDir dir(CrossPlatformApi::detail::bundlePath());
+    QDir dir(kzplatform::bundlePath());
     if (!dir.cdUp() || !dir.cdUp() || !dir.cdUp())
         return QString();
     const QString outer = dir.absolutePath();
-    if (!CrossPlatformApi::detail::isAppBundle(outer))
+    if (!kzplatform::isAppBundle(outer))
         return QString();
-    return CrossPlatformApi::detail::plistString(
+    return kzplatform::plistString(
         QDir(outer).absoluteFilePath(QStringLiteral("Contents/Info.plist")),
         QStringLiteral("CFBundleIdentifier"));
 }
@@ -43,7 +43,7 @@ bool startsWith(const std::string& text, const std::string& prefix)
 
 BundlePathInfo getBundlePathInfo()
 {
-    const QByteArray path = QFile::encodeName(CrossPlatformApi::detail::bundlePath());
+    const QByteArray path = QFile::encodeName(kzplatform::bundlePath());
     const std::string text = path.toStdString();
     BundlePathInfo info;
     info.isWritable = ::access(path.constData(), W_OK) == 0;
@@ -76,10 +76,10 @@ void activateApp()
 // bundle presents itself under its desktop file name.
 std::string bundleId()
 {
-    const QString bundle = CrossPlatformApi::detail::bundlePath();
+    const QString bundle = kzplatform::bundlePath();
     QString id;
-    if (CrossPlatformApi::detail::isAppBundle(bundle))
-        id = CrossPlatformApi::detail::plistString(
+    if (kzplatform::isAppBundle(bundle))
+        id = kzplatform::plistString(
             QDir(bundle).absoluteFilePath(QStringLiteral("Contents/Info.plist")),
             QStringLiteral("CFBundleIdentifier"));
     if (id.isEmpty())

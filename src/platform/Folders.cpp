@@ -56,12 +56,12 @@ std::string getSystemFolder(SysFolder folder)
 
 std::string getApplicationfolder()
 {
-    return internalEncoding(detail::applicationDirPath().toUtf8().toStdString());
+    return internalEncoding(kzplatform::applicationDirPath().toUtf8().toStdString());
 }
 
 std::vector<std::string> getDirectoryEntries(const std::string& folder, const std::string& pattern)
 {
-    const QRegularExpression expression = detail::wildcardExpression(pattern);
+    const QRegularExpression expression = kzplatform::wildcardExpression(pattern);
     std::vector<std::string> names;
     if (!expression.isValid())
         return names;

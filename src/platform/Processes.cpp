@@ -45,7 +45,7 @@ QString bundleExecutable(const QString& bundlePath)
 {
     const QFileInfo info(QDir::cleanPath(bundlePath));
     const QDir bundle(info.absoluteFilePath());
-    QString name = detail::plistString(bundle.absoluteFilePath(QStringLiteral("Contents/Info.plist")),
+    QString name = kzplatform::plistString(bundle.absoluteFilePath(QStringLiteral("Contents/Info.plist")),
                                        QStringLiteral("CFBundleExecutable"));
     if (name.isEmpty())
         name = info.completeBaseName();

@@ -7,8 +7,7 @@
 // matching nothing. "{,m}" (QRegExp's "{0,m}") is rewritten for PCRE.
 #include "Wildcard.h"
 
-namespace CrossPlatformApi {
-namespace detail {
+namespace kzplatform {
 namespace {
 
 // The index just past the character class that opens at `open`, or -1 when
@@ -116,5 +115,4 @@ QRegularExpression wildcardExpression(const std::string& pattern)
                               QRegularExpression::DotMatchesEverythingOption);
 }
 
-} // namespace detail
-} // namespace CrossPlatformApi
+} // namespace kzplatform

@@ -7,8 +7,7 @@
 
 #include <string>
 
-namespace CrossPlatformApi {
-namespace detail {
+namespace kzplatform {
 
 // The wildcard (local 8-bit) as an expression that matches whole names. Only
 // "*", "." and "$" are translated; the other regular-expression characters
@@ -16,7 +15,6 @@ namespace detail {
 // a pattern that grammar refuses gives an expression that matches nothing.
 QRegularExpression wildcardExpression(const std::string& pattern);
 
-} // namespace detail
-} // namespace CrossPlatformApi
+} // namespace kzplatform
 
 #endif
