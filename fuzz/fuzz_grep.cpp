@@ -59,6 +59,7 @@ void compare(const std::string& pattern, std::string text)
         FUZZ_CHECK(line.end < size && text[line.end] == '\n');
         FUZZ_CHECK(line.begin == 0 || text[line.begin - 1] == '\n');
         found.push_back(line.begin);
+        return true;
     });
     FUZZ_CHECK(found == expected);
     FUZZ_CHECK(text == original);

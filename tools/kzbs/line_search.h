@@ -54,16 +54,18 @@ public:
     LineSearch(const KZRegExp& re, const std::string& pattern);
 
     // Calls visit(LineSpan) for each line of text[0, size) in which the
-    // pattern matches, in order; each line there ends in a newline. The
-    // lines between two visits are those that do not match. The text is
-    // written to during the search and restored before each visit.
+    // pattern matches, in order, until it returns false; each line there ends
+    // in a newline. The lines between two visits are those that do not
+    // match. The text is written to during the search and restored before
+    // each visit.
     template <class Visit>
     void forEachMatchingLine(std::string& text, std::size_t size, Visit visit)
     {
         Scan scan(text, size);
         LineSpan line;
         while (nextMatchingLine(scan, line))
-            visit(line);
+            if (!visit(line))
+                return;
     }
 
     // Whether the line [begin, end) of text matches when tried on its own.
