@@ -61,6 +61,7 @@
 
 #include "KZExport.h"
 
+#include <cstddef>
 #include <string>
 
 class KZBS_API KZRegExp {
@@ -91,6 +92,11 @@ public:
     // matchLength is allowed). Among matches at one offset the longest
     // greedy one wins.
     int find(const std::string& text, unsigned long* matchLength, unsigned long start) const;
+
+    // The same search in text[0, size), for text held outside a string (a
+    // mapped file, one window of a large buffer): text[size] must be a NUL,
+    // as c_str() of a string of that size has it. A null text finds nothing.
+    int find(const char* text, std::size_t size, unsigned long* matchLength, unsigned long start) const;
 
 private:
     void copy_pattern(const KZRegExp& other);

@@ -65,11 +65,16 @@ const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat,
 
 int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned long start) const
 {
+    return find(text.c_str(), text.size(), matchLength, start);
+}
+
+int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLength, unsigned long start) const
+{
     using namespace kztext;
     unsigned long length = 0;
     int offset = -1;
-    if (m_pattern && start <= text.size()) {
-        const char* const base = text.c_str();
+    if (m_pattern && text && start <= size) {
+        const char* const base = text;
         const char* const from = base + start;
         const SearchPlan plan = planOf(m_pattern);
         if (*from == '\0') {
@@ -87,17 +92,17 @@ int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned
         } else if (plan.wholeLiteral) {
             // Literal characters only: the first occurrence is the match,
             // unless the text's NUL comes before it.
-            const char* const hit = findLiteral(from, text.size() - start, literalAt(m_pattern, 0), plan.prefixLength);
+            const char* const hit = findLiteral(from, size - start, literalAt(m_pattern, 0), plan.prefixLength);
             if (hit && !std::memchr(from, '\0', static_cast<std::size_t>(hit - from))) {
                 length = plan.prefixLength;
                 offset = static_cast<int>(hit - base);
             }
-        } else if (cannotMatch(plan, m_pattern, from, base + text.size())) {
+        } else if (cannotMatch(plan, m_pattern, from, base + size)) {
             // Not even in the whole text, so not before its NUL either: the
             // search is over before the text's end is looked for.
         } else {
-            const void* nul = std::memchr(from, '\0', text.size() - start);
-            const char* const end = nul ? static_cast<const char*>(nul) : base + text.size();
+            const void* nul = std::memchr(from, '\0', size - start);
+            const char* const end = nul ? static_cast<const char*>(nul) : base + size;
             Search search(m_pattern, from);
             const char* last = nullptr;
             const char* const at = plan.restLiteralLength > 0

@@ -4,6 +4,7 @@
 #include "file_io.h"
 #include "grep_encoding.h"
 #include "line_search.h"
+#include "mapped_file.h"
 
 #include "KZRegExp.h"
 #include "KZStringFunctions.h"
@@ -18,9 +19,6 @@
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <sstream>
-#include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kzbs {
@@ -122,15 +120,19 @@ public:
     {
     }
 
-    // Searches one stream; returns whether a line was selected.
-    bool search(std::istream& in, Input& input)
+    // Searches the lines of one input, given in blocks of whole lines by
+    // next(char*& data, std::size_t& size); data[size] may be written to.
+    // Returns whether a line was selected.
+    template <class NextBlock>
+    bool search(Input& input, NextBlock next)
     {
         m_input = &input;
         m_number = 1;
         m_fileDone = false;
-        LineReader reader(in);
-        while (!m_fileDone && reader.next())
-            searchBlock(reader.bytes(), reader.size());
+        char* data = nullptr;
+        std::size_t size = 0;
+        while (!m_fileDone && next(data, size))
+            searchBlock(data, size);
         if (m_options.count && !m_options.quiet && !m_options.filesWithMatches)
             std::cout << (m_options.withFileName ? input.name + ":" : "") << input.selected << '\n';
         const bool selected = input.selected > 0;
@@ -144,38 +146,38 @@ public:
 
 private:
     // One block of whole lines, original[0, size), each ending in a newline.
-    void searchBlock(std::string& original, std::size_t size)
+    void searchBlock(char* original, std::size_t size)
     {
-        m_original = original.data();
+        m_original = original;
         m_originalSize = size;
-        std::string* text = &original;
+        char* text = original;
         std::size_t textSize = size;
-        m_converted = m_input->encoding == GrepEncoding::Utf8 && !scanUtf8(original.data(), size).ascii;
-        if (m_converted) {
+        m_converted = m_input->encoding == GrepEncoding::Utf8 && !scanUtf8(original, size).ascii;
+        if (m_converted || m_options.ignoreCase) {
             m_text.clear();
-            appendUtf8AsWindows1252(original.data(), size, m_text);
-            text = &m_text;
+            if (m_converted)
+                appendUtf8AsWindows1252(original, size, m_text);
+            else
+                m_text.assign(original, size);
             textSize = m_text.size();
+            m_text += '\0'; // the byte behind the lines that the search writes to
+            text = &m_text[0];
+            if (m_options.ignoreCase)
+                foldCase(text, textSize);
         }
-        if (m_options.ignoreCase) {
-            if (!m_converted)
-                m_text.assign(original, 0, size);
-            text = &m_text;
-            foldCase(&m_text[0], textSize);
-        }
-        m_matcherText = text->data();
+        m_matcherText = text;
         m_textSize = textSize;
         m_textAt = m_originalAt = 0;
         if (m_options.invert) {
             std::size_t next = 0;
-            m_lines.forEachMatchingLine(*text, textSize, [&](LineSpan line) {
+            m_lines.forEachMatchingLine(text, textSize, [&](LineSpan line) {
                 next = selectLinesBetween(next, line.begin) ? line.end + 1 : std::string::npos;
                 return next != std::string::npos;
             });
             if (next != std::string::npos)
                 selectLinesBetween(next, textSize);
         } else {
-            m_lines.forEachMatchingLine(*text, textSize, [&](LineSpan line) { return select(line.begin, line.end); });
+            m_lines.forEachMatchingLine(text, textSize, [&](LineSpan line) { return select(line.begin, line.end); });
         }
         if (m_options.lineNumbers)
             moveTo(textSize);
@@ -315,66 +317,111 @@ private:
     std::string m_text, m_line, m_printed;
 };
 
-// The encoding of a file in auto mode: UTF-8 when all of it is. A regular
-// file is looked at through a mapping, so an invalid byte far down decides
-// before the first line is printed; other input is read whole first.
-GrepEncoding detectEncoding(const std::string& path)
+// Reads what is left of the input at fd; false with errno set on an error.
+bool readAll(int fd, std::string& bytes)
 {
-    if (path != "-") {
-        const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-        struct stat info {};
-        if (fd >= 0 && ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode)) {
-            const std::size_t size = static_cast<std::size_t>(info.st_size);
-            void* map = size > 0 ? ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0) : nullptr;
-            if (map != MAP_FAILED) {
-                const bool valid = size == 0 || scanUtf8(static_cast<const char*>(map), size).valid;
-                if (map)
-                    ::munmap(map, size);
-                ::close(fd);
-                return valid ? GrepEncoding::Utf8 : GrepEncoding::Cp1252;
-            }
-        }
-        if (fd >= 0)
-            ::close(fd);
+    char buffer[1 << 16];
+    for (;;) {
+        const ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return got == 0;
+        bytes.append(buffer, static_cast<std::size_t>(got));
     }
-    return GrepEncoding::Raw; // not decided: the caller reads the input whole
+}
+
+// An input's bytes whole, as one block of lines: a last line without its
+// newline gets one, and the byte behind it may be written to.
+template <class Bytes>
+auto wholeBlock(Bytes& bytes, std::size_t size)
+{
+    return [&bytes, size, given = false](char*& data, std::size_t& length) mutable {
+        if (given || size == 0)
+            return false;
+        given = true;
+        data = &bytes[0];
+        length = size;
+        return true;
+    };
+}
+
+GrepEncoding encodingOf(const char* data, std::size_t size)
+{
+    return scanUtf8(data, size).valid ? GrepEncoding::Utf8 : GrepEncoding::Cp1252;
 }
 
 // Searches one input named on the command line; false when it could not
-// be read.
+// be read. A regular file is mapped, so that an invalid UTF-8 byte far down
+// decides its encoding before the first line is printed; other input is
+// read in blocks, or whole when its encoding is to be decided.
 bool searchInput(Grep& grep, const std::string& file, const GrepOptions& options, Input& input)
 {
     input.name = file == "-" ? "(standard input)" : file;
     input.encoding = options.encoding;
-    std::ifstream fileStream;
-    std::istream* in = &std::cin;
+    const auto readError = [&](int error) {
+        errno = error;
+        return !fail(file == "-" ? "cannot read standard input: " + std::string(std::strerror(error))
+                                 : file + ": " + std::strerror(error));
+    };
+    int fd = 0;
     if (file != "-") {
         const std::string problem = unreadable(file);
-        if (problem.empty())
-            fileStream.open(file, std::ios::binary);
-        if (!problem.empty() || !fileStream) {
-            fail(problem.empty() ? file + ": " + std::strerror(errno) : problem);
+        if (!problem.empty())
+            return !fail(problem);
+        fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+        if (fd < 0)
+            return !fail(file + ": " + std::strerror(errno));
+    }
+    struct Closer {
+        int fd;
+        ~Closer() { if (fd > 0) ::close(fd); }
+    } const closer{fd};
+
+    MappedFile mapped;
+    if (mapped.map(fd)) {
+        std::size_t size = mapped.size();
+        char* const data = mapped.data();
+        if (size > 0 && data[size - 1] != '\n')
+            data[size++] = '\n';
+        if (input.encoding == GrepEncoding::Auto)
+            input.encoding = encodingOf(data, size);
+        // Blocks of a few megabytes, so that a converted copy stays small.
+        constexpr std::size_t kBlock = 8 << 20;
+        std::size_t at = 0;
+        grep.search(input, [&](char*& block, std::size_t& length) {
+            if (at >= size)
+                return false;
+            std::size_t end = size;
+            if (size - at > kBlock)
+                end = static_cast<std::size_t>(static_cast<const char*>(std::memchr(data + at + kBlock, '\n', size - at - kBlock)) - data) + 1;
+            block = data + at;
+            length = end - at;
+            at = end;
+            return true;
+        });
+        return true;
+    }
+    if (input.encoding == GrepEncoding::Auto) {
+        std::string bytes;
+        if (!readAll(fd, bytes))
+            return readError(errno);
+        input.encoding = encodingOf(bytes.data(), bytes.size());
+        const std::size_t size = bytes.size() + (!bytes.empty() && bytes.back() != '\n');
+        bytes.resize(size + 1, '\n');
+        bytes.back() = '\0';
+        grep.search(input, wholeBlock(bytes, size));
+        return true;
+    }
+    LineReader reader(fd);
+    grep.search(input, [&reader](char*& block, std::size_t& length) {
+        if (!reader.next())
             return false;
-        }
-        in = &fileStream;
-    }
-    std::istringstream whole;
-    if (options.encoding == GrepEncoding::Auto) {
-        input.encoding = detectEncoding(file);
-        if (input.encoding == GrepEncoding::Raw) {
-            std::string bytes;
-            bytes.assign(std::istreambuf_iterator<char>(*in), {});
-            if (in->bad())
-                return !fail(file == "-" ? "cannot read standard input" : file + ": read error");
-            input.encoding = scanUtf8(bytes.data(), bytes.size()).valid ? GrepEncoding::Utf8 : GrepEncoding::Cp1252;
-            whole.str(std::move(bytes));
-            in = &whole;
-        }
-    }
-    grep.search(*in, input);
-    if (in->bad())
-        return !fail(file == "-" ? "cannot read standard input" : file + ": read error");
-    return true;
+        block = reader.data();
+        length = reader.size();
+        return true;
+    });
+    return reader.error() == 0 || readError(reader.error());
 }
 
 int grep(const std::vector<std::string>& words, GrepOptions options)
@@ -390,7 +437,12 @@ int grep(const std::vector<std::string>& words, GrepOptions options)
         return fail("--raw reads files as bytes, --encoding " + *options.encodingName + " does not: give one");
     if (options.raw)
         options.encoding = GrepEncoding::Raw;
-    std::string pattern = options.encoding == GrepEncoding::Raw ? words[0] : patternFromUtf8(words[0]);
+    std::string pattern = words[0];
+    if (options.encoding != GrepEncoding::Raw) {
+        const std::string problem = patternFromUtf8(words[0], pattern);
+        if (!problem.empty())
+            return fail(problem);
+    }
     if (options.ignoreCase)
         foldCase(&pattern[0], pattern.size());
     KZRegExp re(pattern.c_str());

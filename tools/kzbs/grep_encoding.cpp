@@ -2,8 +2,6 @@
 // encoding, the conversion of lines and pattern, and case folding.
 #include "grep_encoding.h"
 
-#include "cli.h"
-
 #include <cstdint>
 #include <cstring>
 
@@ -185,30 +183,30 @@ void foldCase(char* data, std::size_t size)
     }
 }
 
-std::string patternFromUtf8(const std::string& utf8)
+std::string patternFromUtf8(const std::string& utf8, std::string& pattern)
 {
     const auto* bytes = reinterpret_cast<const unsigned char*>(utf8.data());
-    std::string pattern;
+    pattern.clear();
     for (std::size_t at = 0; at < utf8.size();) {
         std::uint32_t code = 0;
         const std::size_t length = decodeUtf8(bytes + at, utf8.size() - at, &code);
         if (length == 0)
-            throw InputError("pattern '" + printable(utf8) + "' is not valid UTF-8, the encoding kzbs reads");
+            return "the pattern is not valid UTF-8, the encoding kzbs reads";
         const std::string character = utf8.substr(at, length);
         const char byte = windows1252Of(code);
         if (byte == kNotInWindows1252 && code != 0x81)
-            throw InputError("pattern character '" + character +
-                             "' is not in Windows-1252, the matcher's text encoding; '.' matches it");
+            return "pattern character '" + character +
+                   "' is not in Windows-1252, the matcher's text encoding; '.' matches it";
         for (const TokenByte& token : kTokenBytes)
             if (static_cast<unsigned char>(byte) == token.byte)
-                throw InputError("pattern character '" + character + "' is byte 0x" +
-                                 "0123456789ABCDEF"[token.byte >> 4] + "0123456789ABCDEF"[token.byte & 15] +
-                                 " in Windows-1252, which the matcher reads as its token '" + token.token +
-                                 "'; '.' matches it");
+                return "pattern character '" + character + "' is byte 0x" + "0123456789ABCDEF"[token.byte >> 4] +
+                       "0123456789ABCDEF"[token.byte & 15] +
+                       " in Windows-1252, which the matcher reads as its token '" + token.token +
+                       "'; '.' matches it";
         pattern += byte;
         at += length;
     }
-    return pattern;
+    return "";
 }
 
 } // namespace kzbs

@@ -54,10 +54,10 @@ std::size_t utf8BytesOf(const char* data, std::size_t size, std::size_t characte
 // stays; the length never changes.
 void foldCase(char* data, std::size_t size);
 
-// The pattern given on the command line (UTF-8) as the matcher reads it.
-// Throws InputError, naming the character, when a character has no
-// Windows-1252 byte or would be read back as one of the matcher's tokens.
-std::string patternFromUtf8(const std::string& utf8);
+// The pattern given on the command line (UTF-8) as the matcher reads it, in
+// `pattern`. Returns "" or, when a character has no Windows-1252 byte or
+// would be read back as one of the matcher's tokens, why not.
+std::string patternFromUtf8(const std::string& utf8, std::string& pattern);
 
 } // namespace kzbs
 
