@@ -49,7 +49,8 @@
 // its NUL or newline, or until the token string is full, in time linear in
 // what it reads, and allocates one block of fixed size (maxpat, room for a
 // class token, and what find() learns from the tokens beforehand). find()
-// reads the text up to its first NUL from the start offset and allocates
+// matches the text up to its first NUL from the start offset (looking for
+// candidates it may read on to the text's end, never past it) and allocates
 // nothing for an ordinary search; one that backtracks more than a few
 // thousand times records where the rest of the pattern failed, at most one
 // bit per compiled byte and text position (about 18 bytes per text

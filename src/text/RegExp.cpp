@@ -84,7 +84,7 @@ int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLengt
             }
         } else if (plan.anchored) {
             // Tried once, at the search start; the text's end is never needed.
-            Search search(m_pattern, from);
+            Search search(m_pattern, from, base + size);
             if (const char* last = matchAt(from, m_pattern, search)) {
                 length = static_cast<unsigned long>(last + 1 - from);
                 offset = static_cast<int>(start);
@@ -101,14 +101,16 @@ int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLengt
             // Not even in the whole text, so not before its NUL either: the
             // search is over before the text's end is looked for.
         } else {
-            const void* nul = std::memchr(from, '\0', size - start);
-            const char* const end = nul ? static_cast<const char*>(nul) : base + size;
-            Search search(m_pattern, from);
+            // The text ends at its first NUL, but no match crosses a NUL: the
+            // leftmost match in the whole text is the answer when no NUL
+            // comes before it, so only that stretch is looked at for one.
+            const char* const end = base + size;
+            Search search(m_pattern, from, end);
             const char* last = nullptr;
             const char* const at = plan.restLiteralLength > 0
                                        ? leftmostRunThenLiteral(plan, m_pattern, search, end, &last)
                                        : leftmostByAttempts(plan, m_pattern, search, end, &last);
-            if (at < end) {
+            if (at < end && !std::memchr(from, '\0', static_cast<std::size_t>(at - from))) {
                 length = static_cast<unsigned long>(last + 1 - at);
                 offset = static_cast<int>(at - base);
             }

@@ -21,6 +21,21 @@ bool hasAnyOf(const std::string& pattern, const char* bytes)
 // the token's own byte anywhere.
 constexpr char kLineStartToken = '\xDE';
 
+// Whether a match may take a newline: a class holds it when negated or when
+// a member's low seven bits are a newline's, which without an escape needs
+// a control or 8-bit byte in it (the token byte of a class is one).
+bool mayTakeNewline(const std::string& pattern)
+{
+    if (hasAnyOf(pattern, "\\\xDB"))
+        return true;
+    for (std::size_t at = pattern.find('['); at < pattern.size(); ++at) {
+        const unsigned char c = static_cast<unsigned char>(pattern[at]);
+        if (c < 0x20 || c >= 0x80 || (c == '[' && at + 1 < pattern.size() && pattern[at + 1] == '^'))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 bool LineReader::next()
@@ -71,6 +86,7 @@ LineSearch::LineSearch(const KZRegExp& re, const std::string& pattern) : m_re(re
         m_eachLine = true;
         return;
     }
+    m_inLines = !mayTakeNewline(pattern);
     if (!pattern.empty() && (pattern[0] == '^' || pattern[0] == kLineStartToken)) {
         // Candidates come from the pattern without its '^': a match at a
         // line's start is a match of the rest there.
@@ -97,7 +113,7 @@ std::size_t LineSearch::nextCandidate(Scan& scan, std::size_t& matchEnd)
     char* const text = scan.text;
     const std::size_t size = scan.size;
     std::size_t end = size;
-    if (scan.window < size - scan.at) {
+    if (scan.windows && scan.window < size - scan.at) {
         const void* newline = std::memchr(text + scan.at + scan.window, '\n', size - scan.at - scan.window);
         if (newline)
             end = static_cast<std::size_t>(static_cast<const char*>(newline) - text) + 1;
@@ -105,8 +121,10 @@ std::size_t LineSearch::nextCandidate(Scan& scan, std::size_t& matchEnd)
     matchEnd = 0;
     // find() counts offsets in an int: a longer window (a line of gigabytes)
     // is left to the line itself.
-    if (end - scan.at > static_cast<std::size_t>(INT_MAX))
+    if (end - scan.at > static_cast<std::size_t>(INT_MAX)) {
+        scan.windows = true;
         return scan.at;
+    }
     const char covered = text[end];
     text[end] = '\0';
     unsigned long length = 0;
@@ -121,8 +139,12 @@ std::size_t LineSearch::nextCandidate(Scan& scan, std::size_t& matchEnd)
         return at;
     }
     scan.window = std::min(std::max(2 * scan.window, kGrowFrom), kLargestWindow);
-    if (nul)
+    if (nul) {
+        // find() would look past each NUL to the next candidate and stop
+        // at the NUL again: windows bound what it looks at.
+        scan.windows = true;
         return static_cast<std::size_t>(static_cast<const char*>(nul) - text);
+    }
     scan.at = end;
     return std::string::npos;
 }

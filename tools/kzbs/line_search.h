@@ -10,6 +10,11 @@
 // this exact: a match in a line alone is a match in the buffer too, at the
 // same place, as long as nothing in the pattern can take a newline and then
 // need the end of the text. A pattern that could is tried line by line.
+//
+// Most patterns cannot take a newline at all (no negated class, no escape,
+// no control or 8-bit byte in a class): their matches lie inside one line,
+// and find() searches the rest of the buffer in one call. The others, and a
+// buffer from its first NUL on, are searched in windows (see Scan).
 #ifndef KZBS_LINE_SEARCH_H
 #define KZBS_LINE_SEARCH_H
 
@@ -58,12 +63,19 @@ public:
     // Calls visit(LineSpan) for each line of text[0, size) in which the
     // pattern matches, in order, until it returns false; each line there ends
     // in a newline. The lines between two visits are those that do not
-    // match. The text, text[size] included, is written to during the search
-    // and restored before each visit.
+    // match. text[size] must be writable: it is a NUL during the search, and
+    // windows put theirs into the text (restored before each visit).
     template <class Visit>
     void forEachMatchingLine(char* text, std::size_t size, Visit visit)
     {
+        struct Restore {
+            char* at;
+            char byte;
+            ~Restore() { *at = byte; }
+        } const restore{text + size, text[size]};
+        text[size] = '\0';
         Scan scan(text, size);
+        scan.windows = !m_inLines;
         LineSpan line;
         while (nextMatchingLine(scan, line))
             if (!visit(line))
@@ -83,6 +95,7 @@ private:
         std::size_t at = 0;                  // the start of the first line not yet decided
         std::size_t window = kFirstWindow;   // how far find() may look ahead
         std::size_t eachLineUntil = 0;       // lines before this are tried one by one
+        bool windows = false;                // searched in windows, not all at once
     };
 
     // find() reads its text up to the end, or to a NUL, before it starts
@@ -100,6 +113,7 @@ private:
     KZRegExp m_finder;         // the pattern without a leading '^', or the pattern
     bool m_anchored = false;   // m_finder drops the pattern's '^'
     bool m_eachLine = false;   // no buffer search: every line is tried
+    bool m_inLines = false;    // no match can take a newline
     std::string m_line;        // a line with its newline, as find() sees it alone
 };
 
