@@ -41,11 +41,12 @@ const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* 
     return end;
 }
 
-// The leftmost match by trying each candidate position in turn.
+// The leftmost match by trying each candidate position in turn, from first
+// on (no match begins before it).
 const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat, Search& search,
-                               const char* end, const char** last)
+                               const char* first, const char* end, const char** last)
 {
-    const char* at = nextCandidate(plan, pat, search.start, end);
+    const char* at = nextCandidate(plan, pat, first, end);
     while (at < end) {
         const char* reach = at;
         if ((*last = matchAt(at, pat, search, &reach)) != nullptr)
@@ -97,7 +98,7 @@ int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLengt
                 length = plan.prefixLength;
                 offset = static_cast<int>(hit - base);
             }
-        } else if (cannotMatch(plan, m_pattern, from, base + size)) {
+        } else if (const char* first = firstPossibleStart(plan, m_pattern, from, base + size); first == base + size) {
             // Not even in the whole text, so not before its NUL either: the
             // search is over before the text's end is looked for.
         } else {
@@ -109,7 +110,7 @@ int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLengt
             const char* last = nullptr;
             const char* const at = plan.restLiteralLength > 0
                                        ? leftmostRunThenLiteral(plan, m_pattern, search, end, &last)
-                                       : leftmostByAttempts(plan, m_pattern, search, end, &last);
+                                       : leftmostByAttempts(plan, m_pattern, search, first, end, &last);
             if (at < end && !std::memchr(from, '\0', static_cast<std::size_t>(at - from))) {
                 length = static_cast<unsigned long>(last + 1 - at);
                 offset = static_cast<int>(at - base);
