@@ -62,7 +62,7 @@ const char* const kGrepUsage =
     "Exit status: 0 a line was selected, 1 none was, 2 an error occurred (also\n"
     "when lines were selected; with -q a selected line means 0).\n"
     "Examples:\n"
-    "  kzbs grep -i -n 'm\xC3\xBCnchen' notes.txt   lines naming Muenchen, in any case\n"
+    "  kzbs grep -i -n 'm\xC3\xBCnchen' notes.txt    lines naming Munich, in any case\n"
     "  kzbs grep -c -v '^#' a.ini b.ini     lines that are no comment, per file\n";
 
 const char* const kNumberUsage =
@@ -110,6 +110,7 @@ struct GrepOptions {
 struct Input {
     std::string name;
     GrepEncoding encoding = GrepEncoding::Raw; // never Auto
+    bool ascii = false;                        // known to be all ASCII
     unsigned long selected = 0;
 };
 
@@ -152,7 +153,7 @@ private:
         m_originalSize = size;
         char* text = original;
         std::size_t textSize = size;
-        m_converted = m_input->encoding == GrepEncoding::Utf8 && !scanUtf8(original, size).ascii;
+        m_converted = m_input->encoding == GrepEncoding::Utf8 && !m_input->ascii && !scanUtf8(original, size).ascii;
         if (m_converted || m_options.ignoreCase) {
             m_text.clear();
             if (m_converted)
@@ -346,9 +347,11 @@ auto wholeBlock(Bytes& bytes, std::size_t size)
     };
 }
 
-GrepEncoding encodingOf(const char* data, std::size_t size)
+void decideEncoding(Input& input, const char* data, std::size_t size)
 {
-    return scanUtf8(data, size).valid ? GrepEncoding::Utf8 : GrepEncoding::Cp1252;
+    const Utf8Scan scan = scanUtf8(data, size);
+    input.encoding = scan.valid ? GrepEncoding::Utf8 : GrepEncoding::Cp1252;
+    input.ascii = scan.ascii;
 }
 
 // Searches one input named on the command line; false when it could not
@@ -385,7 +388,7 @@ bool searchInput(Grep& grep, const std::string& file, const GrepOptions& options
         if (size > 0 && data[size - 1] != '\n')
             data[size++] = '\n';
         if (input.encoding == GrepEncoding::Auto)
-            input.encoding = encodingOf(data, size);
+            decideEncoding(input, data, size);
         // Blocks of a few megabytes, so that a converted copy stays small.
         constexpr std::size_t kBlock = 8 << 20;
         std::size_t at = 0;
@@ -406,7 +409,7 @@ bool searchInput(Grep& grep, const std::string& file, const GrepOptions& options
         std::string bytes;
         if (!readAll(fd, bytes))
             return readError(errno);
-        input.encoding = encodingOf(bytes.data(), bytes.size());
+        decideEncoding(input, bytes.data(), bytes.size());
         const std::size_t size = bytes.size() + (!bytes.empty() && bytes.back() != '\n');
         bytes.resize(size + 1, '\n');
         bytes.back() = '\0';
