@@ -105,8 +105,8 @@ struct GrepOptions {
     bool withFileName = false;
 };
 
-// One input being searched: how its bytes are read, and where the lines
-// handed to the matcher stand against the original ones.
+// One input being searched: its name for messages and prefixes, how its
+// bytes are read, and how many of its lines were selected.
 struct Input {
     std::string name;
     GrepEncoding encoding = GrepEncoding::Raw; // never Auto
