@@ -60,24 +60,18 @@ const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat,
     return end;
 }
 
-} // namespace
-
-} // namespace kztext
-
-int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned long start) const
+// Both find() calls: the search in text[0, size), text[size] being a NUL.
+// (One function inlined into both, so that the string's find() costs no
+// call through the library's exported symbol.)
+inline int findIn(const unsigned char* pattern, const char* text, std::size_t size, unsigned long* matchLength,
+                  unsigned long start)
 {
-    return find(text.c_str(), text.size(), matchLength, start);
-}
-
-int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLength, unsigned long start) const
-{
-    using namespace kztext;
     unsigned long length = 0;
     int offset = -1;
-    if (m_pattern && text && start <= size) {
+    if (pattern && text && start <= size) {
         const char* const base = text;
         const char* const from = base + start;
-        const SearchPlan plan = planOf(m_pattern);
+        const SearchPlan plan = planOf(pattern);
         if (*from == '\0') {
             if (plan.matchesEmptyText) {
                 length = 1;
@@ -85,20 +79,20 @@ int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLengt
             }
         } else if (plan.anchored) {
             // Tried once, at the search start; the text's end is never needed.
-            Search search(m_pattern, from, base + size);
-            if (const char* last = matchAt(from, m_pattern, search)) {
+            Search search(pattern, from, base + size);
+            if (const char* last = matchAt(from, pattern, search)) {
                 length = static_cast<unsigned long>(last + 1 - from);
                 offset = static_cast<int>(start);
             }
         } else if (plan.wholeLiteral) {
             // Literal characters only: the first occurrence is the match,
             // unless the text's NUL comes before it.
-            const char* const hit = findLiteral(from, size - start, literalAt(m_pattern, 0), plan.prefixLength);
+            const char* const hit = findLiteral(from, size - start, literalAt(pattern, 0), plan.prefixLength);
             if (hit && !std::memchr(from, '\0', static_cast<std::size_t>(hit - from))) {
                 length = plan.prefixLength;
                 offset = static_cast<int>(hit - base);
             }
-        } else if (const char* first = firstPossibleStart(plan, m_pattern, from, base + size); first == base + size) {
+        } else if (const char* first = firstPossibleStart(plan, pattern, from, base + size); first == base + size) {
             // Not even in the whole text, so not before its NUL either: the
             // search is over before the text's end is looked for.
         } else {
@@ -106,11 +100,11 @@ int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLengt
             // leftmost match in the whole text is the answer when no NUL
             // comes before it, so only that stretch is looked at for one.
             const char* const end = base + size;
-            Search search(m_pattern, from, end);
+            Search search(pattern, from, end);
             const char* last = nullptr;
             const char* const at = plan.restLiteralLength > 0
-                                       ? leftmostRunThenLiteral(plan, m_pattern, search, end, &last)
-                                       : leftmostByAttempts(plan, m_pattern, search, first, end, &last);
+                                       ? leftmostRunThenLiteral(plan, pattern, search, end, &last)
+                                       : leftmostByAttempts(plan, pattern, search, first, end, &last);
             if (at < end && !std::memchr(from, '\0', static_cast<std::size_t>(at - from))) {
                 length = static_cast<unsigned long>(last + 1 - at);
                 offset = static_cast<int>(at - base);
@@ -120,4 +114,18 @@ int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLengt
     if (matchLength)
         *matchLength = length;
     return offset;
+}
+
+} // namespace
+
+} // namespace kztext
+
+int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned long start) const
+{
+    return kztext::findIn(m_pattern, text.c_str(), text.size(), matchLength, start);
+}
+
+int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLength, unsigned long start) const
+{
+    return kztext::findIn(m_pattern, text, size, matchLength, start);
 }
