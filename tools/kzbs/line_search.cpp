@@ -1,5 +1,5 @@
-// The buffer search of kzbs grep: candidates from the matcher over a window
-// of lines, decided by the line around them.
+// The buffer search of kzbs grep: candidates from the matcher over the
+// buffer or a window of its lines, decided by the line around them.
 #include "line_search.h"
 
 #include <algorithm>
@@ -79,7 +79,7 @@ LineSearch::LineSearch(const KZRegExp& re, const std::string& pattern) : m_re(re
     // A newline taken by an escape or a class, then '$' at the text's end:
     // the line alone has that end right behind its newline, the buffer has
     // the next line there. Such a line can match alone and not in the buffer.
-    const bool needsTextEnd = hasAnyOf(pattern, "$\xA4") && hasAnyOf(pattern, "\\[\xDB");
+    const bool needsTextEnd = hasAnyOf(pattern, "$\xA4") && mayTakeNewline(pattern);
     // A line start inside the pattern holds only where a search starts.
     const bool lineStartInside = pattern.find(kLineStartToken, 1) != std::string::npos;
     if (needsTextEnd || lineStartInside) {
