@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
@@ -241,29 +242,43 @@ private:
             return true;
         }
         printPrefix();
-        print(m_original + m_originalAt, originalEnd - m_originalAt);
-        std::cout << '\n';
+        printLine(m_original + m_originalAt, originalEnd - m_originalAt);
         return true;
     }
 
+    // Lines go straight to the output's buffer: std::cout's formatting
+    // costs more than the search on a file where most lines match. (The
+    // buffer keeps the first write error for the end of the command.)
+    void put(const char* bytes, std::size_t length) { m_out->sputn(bytes, static_cast<std::streamsize>(length)); }
+
     void printPrefix()
     {
-        if (m_options.withFileName)
-            std::cout << m_input->name << ':';
-        if (m_options.lineNumbers)
-            std::cout << m_number << ':';
+        if (m_options.withFileName) {
+            put(m_input->name.data(), m_input->name.size());
+            m_out->sputc(':');
+        }
+        if (m_options.lineNumbers) {
+            char digits[24];
+            const auto written = std::to_chars(digits, digits + sizeof digits, m_number);
+            put(digits, static_cast<std::size_t>(written.ptr - digits));
+            m_out->sputc(':');
+        }
     }
 
-    // Original bytes as the terminal gets them.
-    void print(const char* bytes, std::size_t length)
+    // Original bytes as the terminal gets them, and a newline.
+    void printLine(const char* bytes, std::size_t length)
     {
-        if (m_input->encoding != GrepEncoding::Cp1252) {
-            std::cout.write(bytes, static_cast<std::streamsize>(length));
-            return;
+        if (m_input->encoding == GrepEncoding::Cp1252) {
+            m_printed.clear();
+            appendWindows1252AsUtf8(bytes, length, m_printed);
+            m_printed += '\n';
+            put(m_printed.data(), m_printed.size());
+        } else if (bytes[length] == '\n') {
+            put(bytes, length + 1);
+        } else {
+            put(bytes, length);
+            m_out->sputc('\n');
         }
-        m_printed.clear();
-        appendWindows1252AsUtf8(bytes, length, m_printed);
-        std::cout << m_printed;
     }
 
     // -o: the matches in the line text[begin, end), printed from the
@@ -289,8 +304,7 @@ private:
             }
             if (to > from) {
                 printPrefix();
-                print(original + from, to - from);
-                std::cout << '\n';
+                printLine(original + from, to - from);
             }
             if (m_options.anchored)
                 break;
@@ -301,6 +315,7 @@ private:
     const KZRegExp& m_re;
     LineSearch m_lines;
     const GrepOptions m_options;
+    std::streambuf* const m_out = std::cout.rdbuf();
     Input* m_input = nullptr;
     bool m_stopped = false;     // -q: everything is done
     bool m_fileDone = false;    // -l, -q: the input is done
