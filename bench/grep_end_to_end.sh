@@ -9,8 +9,9 @@
 # output read from a pipe and discarded: GNU grep stops at the first match
 # when its output is /dev/null) and prints, per pattern,
 #   grep_end_to_end/PATTERN vs_grep=R vs_ripgrep=R
-# R being our speed over theirs (their time over ours), and the start-up time
-# of each tool, which counts at this size.
+# R being our speed over theirs (their time over ours; the same for CPU time
+# in parentheses), and the start-up time of each tool, which counts at this
+# size.
 set -eu
 
 build=${1:?usage: grep_end_to_end.sh BUILD_DIR}
@@ -71,14 +72,17 @@ done
 warnings="$build/grep_end_to_end.warnings"
 timed() { hyperfine "$@" >/dev/null 2>"$warnings" || { cat "$warnings" >&2; exit 1; }; }
 median() { python3 -c 'import json,sys; print(" ".join("%.6f" % r["median"] for r in json.load(open(sys.argv[1]))["results"]))' "$1"; }
+# CPU time (user + system, mean): on a shared machine a process waits for a
+# core, which the elapsed time counts and this does not.
+cpu() { python3 -c 'import json,sys; print(" ".join("%.6f" % (r["user"] + r["system"]) for r in json.load(open(sys.argv[1]))["results"]))' "$1"; }
 json="$build/grep_end_to_end.json"
 for pattern; do
     timed -N --style none --warmup 2 --runs "$runs" --output=pipe --export-json "$json" \
         "$kzbs grep --raw '$pattern' $log" "grep -E '$pattern' $log" "rg '$pattern' $log"
-    median "$json" | {
-        read -r ours grep rg
-        python3 -c 'import sys; o, g, r = map(float, sys.argv[2:]); print("grep_end_to_end/%s vs_grep=%.2f vs_ripgrep=%.2f  (kzbs %.3f s, grep %.3f s, rg %.3f s)" % (sys.argv[1], g / o, r / o, o, g, r))' \
-            "$pattern" "$ours" "$grep" "$rg"
+    echo "$(median "$json") $(cpu "$json")" | {
+        read -r ours grep rg oursCpu grepCpu rgCpu
+        python3 -c 'import sys; o, g, r, oc, gc, rc = map(float, sys.argv[2:]); print("grep_end_to_end/%s vs_grep=%.2f vs_ripgrep=%.2f  (kzbs %.3f s, grep %.3f s, rg %.3f s; CPU time vs_grep=%.2f vs_ripgrep=%.2f)" % (sys.argv[1], g / o, r / o, o, g, r, gc / oc, rc / oc))' \
+            "$pattern" "$ours" "$grep" "$rg" "$oursCpu" "$grepCpu" "$rgCpu"
     }
 done
 

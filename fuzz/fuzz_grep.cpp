@@ -7,6 +7,7 @@
 //    that most patterns compile and most texts have many lines.
 #include "FuzzSupport.h"
 #include "KZRegExp.h"
+#include "grep_encoding.h"
 #include "line_search.h"
 
 #include <cstdint>
@@ -38,6 +39,27 @@ std::vector<std::size_t> lineByLine(const KZRegExp& re, const std::string& text)
     return found;
 }
 
+// The matcher's reading of UTF-8 text: a line for each original line, each
+// as many bytes as the original has characters.
+std::string asWindows1252(const std::string& utf8)
+{
+    std::string converted;
+    kzbs::appendUtf8AsWindows1252(utf8.data(), utf8.size(), converted);
+    std::size_t from = 0, to = 0;
+    for (;;) {
+        const std::size_t end = utf8.find('\n', from), convertedEnd = converted.find('\n', to);
+        FUZZ_CHECK((end == std::string::npos) == (convertedEnd == std::string::npos));
+        const std::size_t length = (end == std::string::npos ? utf8.size() : end) - from;
+        const std::size_t characters = (convertedEnd == std::string::npos ? converted.size() : convertedEnd) - to;
+        FUZZ_CHECK(kzbs::utf8BytesOf(utf8.data() + from, length, characters) == length);
+        FUZZ_CHECK(characters == 0 || kzbs::utf8BytesOf(utf8.data() + from, length, characters - 1) < length);
+        if (end == std::string::npos)
+            return converted;
+        from = end + 1;
+        to = convertedEnd + 1;
+    }
+}
+
 void compare(const std::string& pattern, std::string text)
 {
     KZRegExp re(pattern.c_str());
@@ -54,11 +76,12 @@ void compare(const std::string& pattern, std::string text)
     const std::string original = text;
     std::vector<std::size_t> found;
     kzbs::LineSearch search(re, pattern);
-    search.forEachMatchingLine(text, size, [&](kzbs::LineSpan line) {
-        FUZZ_CHECK(text == original);
+    search.forEachMatchingLine(&text[0], size, [&](kzbs::LineSpan line) {
+        FUZZ_CHECK(text.compare(0, size, original, 0, size) == 0);
         FUZZ_CHECK(line.end < size && text[line.end] == '\n');
         FUZZ_CHECK(line.begin == 0 || text[line.begin - 1] == '\n');
         found.push_back(line.begin);
+        return true;
     });
     FUZZ_CHECK(found == expected);
     FUZZ_CHECK(text == original);
@@ -69,7 +92,8 @@ void compare(const std::string& pattern, std::string text)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     FuzzInput input(data, size);
-    const bool mapped = input.byte() & 1;
+    const unsigned flags = input.byte();
+    const bool mapped = flags & 1;
     std::string pattern = input.untilNul();
     std::string text = input.rest();
     if (mapped) {
@@ -77,6 +101,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         static const char kTextChars[] = "ab\n\n-\0^$";
         pattern = mapOnto(pattern, kPatternChars, sizeof kPatternChars - 1);
         text = mapOnto(text, kTextChars, sizeof kTextChars - 1);
+    }
+    if (flags & 2)
+        text = asWindows1252(text);
+    if (flags & 4) {
+        kzbs::foldCase(&pattern[0], pattern.size());
+        kzbs::foldCase(&text[0], text.size());
     }
     compare(pattern, text);
     return 0;

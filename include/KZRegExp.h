@@ -49,7 +49,8 @@
 // its NUL or newline, or until the token string is full, in time linear in
 // what it reads, and allocates one block of fixed size (maxpat, room for a
 // class token, and what find() learns from the tokens beforehand). find()
-// reads the text up to its first NUL from the start offset and allocates
+// matches the text up to its first NUL from the start offset (looking for
+// candidates it may read on to the text's end, never past it) and allocates
 // nothing for an ordinary search; one that backtracks more than a few
 // thousand times records where the rest of the pattern failed, at most one
 // bit per compiled byte and text position (about 18 bytes per text
@@ -61,6 +62,7 @@
 
 #include "KZExport.h"
 
+#include <cstddef>
 #include <string>
 
 class KZBS_API KZRegExp {
@@ -91,6 +93,11 @@ public:
     // matchLength is allowed). Among matches at one offset the longest
     // greedy one wins.
     int find(const std::string& text, unsigned long* matchLength, unsigned long start) const;
+
+    // The same search in text[0, size), for text held outside a string (a
+    // mapped file, one window of a large buffer): text[size] must be a NUL,
+    // as c_str() of a string of that size has it. A null text finds nothing.
+    int find(const char* text, std::size_t size, unsigned long* matchLength, unsigned long start) const;
 
 private:
     void copy_pattern(const KZRegExp& other);

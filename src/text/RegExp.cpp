@@ -41,11 +41,12 @@ const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* 
     return end;
 }
 
-// The leftmost match by trying each candidate position in turn.
+// The leftmost match by trying each candidate position in turn, from first
+// on (no match begins before it).
 const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat, Search& search,
-                               const char* end, const char** last)
+                               const char* first, const char* end, const char** last)
 {
-    const char* at = nextCandidate(plan, pat, search.start, end);
+    const char* at = nextCandidate(plan, pat, first, end);
     while (at < end) {
         const char* reach = at;
         if ((*last = matchAt(at, pat, search, &reach)) != nullptr)
@@ -59,19 +60,18 @@ const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat,
     return end;
 }
 
-} // namespace
-
-} // namespace kztext
-
-int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned long start) const
+// Both find() calls: the search in text[0, size), text[size] being a NUL.
+// (One function inlined into both, so that the string's find() costs no
+// call through the library's exported symbol.)
+inline int findIn(const unsigned char* pattern, const char* text, std::size_t size, unsigned long* matchLength,
+                  unsigned long start)
 {
-    using namespace kztext;
     unsigned long length = 0;
     int offset = -1;
-    if (m_pattern && start <= text.size()) {
-        const char* const base = text.c_str();
+    if (pattern && text && start <= size) {
+        const char* const base = text;
         const char* const from = base + start;
-        const SearchPlan plan = planOf(m_pattern);
+        const SearchPlan plan = planOf(pattern);
         if (*from == '\0') {
             if (plan.matchesEmptyText) {
                 length = 1;
@@ -79,31 +79,33 @@ int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned
             }
         } else if (plan.anchored) {
             // Tried once, at the search start; the text's end is never needed.
-            Search search(m_pattern, from);
-            if (const char* last = matchAt(from, m_pattern, search)) {
+            Search search(pattern, from, base + size);
+            if (const char* last = matchAt(from, pattern, search)) {
                 length = static_cast<unsigned long>(last + 1 - from);
                 offset = static_cast<int>(start);
             }
         } else if (plan.wholeLiteral) {
             // Literal characters only: the first occurrence is the match,
             // unless the text's NUL comes before it.
-            const char* const hit = findLiteral(from, text.size() - start, literalAt(m_pattern, 0), plan.prefixLength);
+            const char* const hit = findLiteral(from, size - start, literalAt(pattern, 0), plan.prefixLength);
             if (hit && !std::memchr(from, '\0', static_cast<std::size_t>(hit - from))) {
                 length = plan.prefixLength;
                 offset = static_cast<int>(hit - base);
             }
-        } else if (cannotMatch(plan, m_pattern, from, base + text.size())) {
+        } else if (const char* first = firstPossibleStart(plan, pattern, from, base + size); first == base + size) {
             // Not even in the whole text, so not before its NUL either: the
             // search is over before the text's end is looked for.
         } else {
-            const void* nul = std::memchr(from, '\0', text.size() - start);
-            const char* const end = nul ? static_cast<const char*>(nul) : base + text.size();
-            Search search(m_pattern, from);
+            // The text ends at its first NUL, but no match crosses a NUL: the
+            // leftmost match in the whole text is the answer when no NUL
+            // comes before it, so only that stretch is looked at for one.
+            const char* const end = base + size;
+            Search search(pattern, from, end);
             const char* last = nullptr;
             const char* const at = plan.restLiteralLength > 0
-                                       ? leftmostRunThenLiteral(plan, m_pattern, search, end, &last)
-                                       : leftmostByAttempts(plan, m_pattern, search, end, &last);
-            if (at < end) {
+                                       ? leftmostRunThenLiteral(plan, pattern, search, end, &last)
+                                       : leftmostByAttempts(plan, pattern, search, first, end, &last);
+            if (at < end && !std::memchr(from, '\0', static_cast<std::size_t>(at - from))) {
                 length = static_cast<unsigned long>(last + 1 - at);
                 offset = static_cast<int>(at - base);
             }
@@ -112,4 +114,18 @@ int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned
     if (matchLength)
         *matchLength = length;
     return offset;
+}
+
+} // namespace
+
+} // namespace kztext
+
+int KZRegExp::find(const std::string& text, unsigned long* matchLength, unsigned long start) const
+{
+    return kztext::findIn(m_pattern, text.c_str(), text.size(), matchLength, start);
+}
+
+int KZRegExp::find(const char* text, std::size_t size, unsigned long* matchLength, unsigned long start) const
+{
+    return kztext::findIn(m_pattern, text, size, matchLength, start);
 }

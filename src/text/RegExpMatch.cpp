@@ -25,7 +25,7 @@ void Search::noteFailure(const unsigned char* rest, const char* pos)
     std::vector<std::uint64_t>& row = m_failed[static_cast<std::size_t>(rest - m_pattern)];
     if (row.empty()) {
         if (m_positions == 0)
-            m_positions = std::strlen(start) + 1;
+            m_positions = static_cast<std::size_t>(m_end - start) + 1;
         row.assign((m_positions >> 6) + 1, 0);
     }
     const std::size_t i = static_cast<std::size_t>(pos - start);

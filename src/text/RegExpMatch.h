@@ -18,9 +18,12 @@ namespace kztext {
 // where the memo starts.
 class Search {
 public:
-    // The text ends at its first NUL from start on; the memo measures it only
-    // once it starts, so a search that never gets there never scans the text.
-    Search(const unsigned char* pattern, const char* start) : start(start), m_pattern(pattern) {}
+    // The text is [start, end), end being a NUL; matching stops at the first
+    // NUL, wherever it is. The memo is sized only once it starts.
+    Search(const unsigned char* pattern, const char* start, const char* end)
+        : start(start), m_pattern(pattern), m_end(end)
+    {
+    }
 
     const char* const start;
 
@@ -31,6 +34,7 @@ private:
     static constexpr unsigned long kMemoAfter = 4096;
 
     const unsigned char* m_pattern;
+    const char* m_end;
     std::size_t m_positions = 0;
     unsigned long m_backtracks = 0;
     std::vector<std::vector<std::uint64_t>> m_failed; // per token offset, a bit per position

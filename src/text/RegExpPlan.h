@@ -48,22 +48,25 @@ inline const char* literalAt(const unsigned char* pat, std::size_t offset)
     return reinterpret_cast<const char*>(pat + offset);
 }
 
-// Whether the text [from, end) lacks a literal that every match holds. Every
-// match begins with the literal prefix, so the other literals are looked for
-// only behind its first occurrence.
-inline bool cannotMatch(const SearchPlan& plan, const unsigned char* pat, const char* from, const char* end)
+// Where in the text [from, end) the first match can begin, judged by the
+// literals that every match holds: end when one of them is missing, else the
+// first occurrence of the literal prefix (from when there is none). Every
+// match begins with the prefix, so the other literals are looked for only
+// behind its first occurrence, and no match begins before it.
+inline const char* firstPossibleStart(const SearchPlan& plan, const unsigned char* pat, const char* from,
+                                      const char* end)
 {
     if (plan.prefixLength > 0) {
         from = findLiteral(from, static_cast<std::size_t>(end - from), literalAt(pat, 0), plan.prefixLength);
         if (!from)
-            return true;
+            return end;
     }
     for (std::size_t i = 0; i < plan.requiredCount; ++i)
         if (plan.requiredAt[i] != 0 // not the prefix again
             && !findLiteral(from, static_cast<std::size_t>(end - from), literalAt(pat, plan.requiredAt[i]),
                             plan.requiredLength[i]))
-            return true;
-    return false;
+            return end;
+    return from;
 }
 
 // The first position at or after at, before end, where an attempt can

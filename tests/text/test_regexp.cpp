@@ -157,3 +157,32 @@ TEST(RegExpFind, NestedClosuresStayFast)
         nested += "a*";
     EXPECT_EQ(KZRegExp((nested + "c").c_str()).find(std::string(300, 'a'), nullptr, 0), -1);
 }
+
+// find() over a char buffer answers as over a string of the same bytes; a
+// NUL ends the text for matching even where a match follows it, and the
+// memo of a long backtracking search stays inside the buffer.
+TEST(RegExpFind, BufferSearchAnswersAsStringSearch)
+{
+    const struct { const char* pattern; std::string text; unsigned long start; } cases[] = {
+        {"b+c", std::string("abbc\0bc", 7), 0},
+        {"b+c", std::string("a\0bbc", 5), 0},
+        {"x.*z", std::string("x\0z xyz", 7), 1},
+        {"[a-z]+ing ", "the running dog\n", 0},
+        {"^the", "x the\n", 2},
+        {"needle", std::string("hay\0needle", 10), 0},
+        {"$", "", 0},
+        {"a*a*a*a*a*a*b", std::string(5000, 'a') + std::string("\0b", 2), 0},
+    };
+    for (const auto& c : cases) {
+        const KZRegExp re(c.pattern);
+        unsigned long fromString = 9, fromBuffer = 9;
+        // A larger buffer, its window ended by a NUL as the caller promises.
+        std::string buffer = "pre" + c.text + '\0' + "tail";
+        EXPECT_EQ(re.find(buffer.data() + 3, c.text.size(), &fromBuffer, c.start),
+                  re.find(c.text, &fromString, c.start)) << c.pattern;
+        EXPECT_EQ(fromBuffer, fromString) << c.pattern;
+    }
+    unsigned long length = 9;
+    EXPECT_EQ(KZRegExp("a").find(nullptr, 0, &length, 0), -1);
+    EXPECT_EQ(length, 0u);
+}

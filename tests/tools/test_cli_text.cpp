@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <fstream>
 #include <string>
+#include <sys/wait.h>
 
 using kzbs_test::runKzbs;
 
@@ -94,6 +95,148 @@ TEST(CliGrep, AnyByteInAFileIsPrinted)
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, std::string("a\xC2\x81" "b\0c\xC2\x9D\n", 9));
     EXPECT_EQ(r.err, "");
+}
+
+namespace {
+
+// kzbs with `input` on a pipe, the way `cat FILE | kzbs grep` reads it,
+// where runKzbs hands it a regular file.
+kzbs_test::CliResult runPiped(const std::vector<std::string>& args, const std::string& input)
+{
+    const kzbs_test::TempFolder dir;
+    kzbs_test::writeFile(dir.path + "/in", input);
+    std::string command = "cat " + dir.path + "/in | " + kzbs_test::shellQuote(KZBS_EXE);
+    for (const std::string& a : args)
+        command += " " + kzbs_test::shellQuote(a);
+    command += " >" + dir.path + "/out 2>" + dir.path + "/err";
+    const int raw = std::system(command.c_str());
+    kzbs_test::CliResult result;
+    result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    result.out = kzbs_test::readFile(dir.path + "/out");
+    result.err = kzbs_test::readFile(dir.path + "/err");
+    return result;
+}
+
+// UTF-8 text (a-umlaut, o-umlaut, u-umlaut, sharp s, euro sign), its last
+// line without a newline.
+const std::string kUtf8Text = "Gr\xC3\xBC\xC3\x9F" "e aus M\xC3\xBCnchen\nhallo Welt\nM\xC3\x9CNCHEN liegt\n"
+                              "Stra\xC3\x9F" "e\n\xE2\x82\xAC 5\nlast";
+
+struct GrepCase {
+    std::vector<std::string> args;
+    std::string input;
+    std::string out;
+    int status;
+};
+
+void expectGrep(const GrepCase& c, bool piped)
+{
+    const auto r = piped ? runPiped(c.args, c.input) : runKzbs(c.args, c.input);
+    const std::string what = (piped ? "piped: " : "") + c.args.back();
+    EXPECT_EQ(r.out, c.out) << what;
+    EXPECT_EQ(r.status, c.status) << what << ": " << r.err;
+    EXPECT_EQ(r.err, "") << what;
+}
+
+} // namespace
+
+// Options as GNU grep has them, on a file and on a pipe (read whole to decide
+// its encoding).
+TEST(CliGrep, OptionsSelectCountAndPrintAsGrepDoes)
+{
+    const GrepCase cases[] = {
+        {{"grep", "M\xC3\xBCnchen"}, kUtf8Text, "Gr\xC3\xBC\xC3\x9F" "e aus M\xC3\xBCnchen\n", 0},
+        {{"grep", "-i", "m\xC3\xBCNCHEN"}, kUtf8Text,
+         "Gr\xC3\xBC\xC3\x9F" "e aus M\xC3\xBCnchen\nM\xC3\x9CNCHEN liegt\n", 0},
+        {{"grep", "-i", "-i", "-o", "\xC3\x9Cn"}, kUtf8Text, "\xC3\xBCn\n\xC3\x9CN\n", 0},  // a flag twice is harmless
+        {{"grep", "-i", "STRASSE"}, kUtf8Text, "", 1},                                       // sharp s stays itself
+        {{"grep", "-i", "STRA\xC3\x9F" "E"}, kUtf8Text, "Stra\xC3\x9F" "e\n", 0},
+        {{"grep", "-v", "-n", "a"}, kUtf8Text, "3:M\xC3\x9CNCHEN liegt\n5:\xE2\x82\xAC 5\n", 0},
+        {{"grep", "-c", "-v", "a"}, kUtf8Text, "2\n", 0},
+        {{"grep", "-c", "-o", "l"}, kUtf8Text, "3\n", 0},                                   // lines, not matches
+        {{"grep", "-ic", "zzz"}, kUtf8Text, "0\n", 1},
+        {{"grep", "-o", "-v", "a"}, kUtf8Text, "", 0},
+        {{"grep", "-q", "a"}, kUtf8Text, "", 0},
+        {{"grep", "-q", "zzz"}, kUtf8Text, "", 1},
+        {{"grep", "-l", "a"}, kUtf8Text, "(standard input)\n", 0},
+        {{"grep", "-l", "-v", "."}, "a\n\nb\n", "(standard input)\n", 0},
+        {{"grep", "-v", "a"}, std::string("a\0b\nc\nba", 9), "c\n", 0},
+        {{"grep", "-n", "t$"}, kUtf8Text, "2:hallo Welt\n3:M\xC3\x9CNCHEN liegt\n6:last\n", 0},
+        // -o prints the original characters of a match
+        {{"grep", "-o", "\xC3\xBC.e"}, kUtf8Text, "\xC3\xBC\xC3\x9F" "e\n", 0},
+        {{"grep", "-o", "^."}, "\xCE\xB1\xCE\xB2\nab\n", "\xCE\xB1\na\n", 0},   // alpha: no Windows-1252 byte
+        {{"grep", "\xE2\x82\xAC"}, kUtf8Text, "\xE2\x82\xAC 5\n", 0},
+        // classes compare the low seven bits: a-umlaut is a d, superscript two a 2
+        {{"grep", "-o", "B[a-z]r"}, "B\xC3\xA4r\nBor\n", "B\xC3\xA4r\nBor\n", 0},
+        {{"grep", "x[0-9]"}, "x\xC2\xB2\nx\n", "x\xC2\xB2\n", 0},
+    };
+    for (const GrepCase& c : cases) {
+        expectGrep(c, false);
+        expectGrep(c, true);
+    }
+}
+
+// A file's encoding is decided by all of it, even when the byte that is not
+// UTF-8 comes after the first megabytes: "a-umlaut" in UTF-8 then reads as
+// the two Windows-1252 characters A-tilde and the currency sign.
+TEST(CliGrep, EncodingsDecideHowLinesAreMatchedAndPrinted)
+{
+    std::string late;
+    for (int i = 0; i < 200000; ++i)
+        late += "\xC3\xA4\n";
+    late += "\xFC\n";
+    const GrepCase cases[] = {
+        {{"grep", "-c", "\xC3\x83"}, late, "200000\n", 0},
+        {{"grep", "\xC3\xBC"}, late, "\xC3\xBC\n", 0},
+        {{"grep", "M\xC3\xBCnchen"}, "M\xFCnchen\n", "M\xC3\xBCnchen\n", 0},
+        {{"grep", "--encoding", "utf-8", "a.b"}, "a\xFC" "b\n", "a\xFC" "b\n", 0},
+        {{"grep", "--encoding", "cp1252", "\xC3\x83\xC2\xBC"}, "Gr\xC3\xBC\n", "Gr\xC3\x83\xC2\xBC\n", 0},
+        {{"grep", "--encoding", "raw", "\xC3\xBC"}, "Gr\xC3\xBC\nGr\xFC\n", "Gr\xC3\xBC\n", 0},
+        {{"grep", "--raw", "\xFC"}, "Gr\xC3\xBC\nGr\xFC\n", "Gr\xFC\n", 0},
+        {{"grep", "--encoding", "auto", "-c", "a"}, "", "0\n", 1},
+    };
+    for (const GrepCase& c : cases) {
+        expectGrep(c, false);
+        expectGrep(c, true);
+    }
+}
+
+TEST(CliGrep, RefusesPatternsAndEncodingsItCannotHonour)
+{
+    const struct { std::vector<std::string> args; std::string message; } cases[] = {
+        {{"grep", "a\xC2\xAB"}, "pattern character '\xC2\xAB' is byte 0xAB in Windows-1252, which the matcher reads as its token '+'"},
+        {{"grep", "\xC3\x9B"}, "token '['"},
+        {{"grep", "\xCE\xB1"}, "pattern character '\xCE\xB1' is not in Windows-1252"},
+        {{"grep", "--encoding", "latin1", "a"}, "unknown encoding 'latin1'"},
+        {{"grep", "--raw", "--encoding", "utf-8", "a"}, "--raw reads files as bytes"},
+        {{"grep", "--encoding", "raw", "--encoding", "utf-8", "a"}, "--encoding given more than once"},
+    };
+    for (const auto& c : cases)
+        kzbs_test::expectRefusal(runKzbs(c.args, "a\n"), c.message);
+}
+
+// Exit status 2 for a file that cannot be read even when another matched;
+// -q answers 0 at its first match whatever follows.
+TEST(CliGrep, ExitStatusAcrossSeveralInputs)
+{
+    const kzbs_test::TempFolder dir;
+    const std::string a = dir.path + "/a", b = dir.path + "/b", missing = dir.path + "/missing";
+    kzbs_test::writeFile(a, "alpha\nbeta\n");
+    kzbs_test::writeFile(b, "gamma\n");
+    const struct { std::vector<std::string> args; std::string out; int status; } cases[] = {
+        {{"grep", "-c", "a", a, "-", b}, a + ":2\n(standard input):1\n" + b + ":1\n", 0},
+        {{"grep", "-l", "et", a, b, "-"}, a + "\n", 0},
+        {{"grep", "-n", "mm", a, b}, b + ":1:gamma\n", 0},
+        {{"grep", "-q", "a", a, missing}, "", 0},
+        {{"grep", "-q", "a", missing, a}, "", 0},
+        {{"grep", "a", missing, a}, a + ":alpha\n" + a + ":beta\n", 2},
+        {{"grep", "zzz", a, missing}, "", 2},
+    };
+    for (const auto& c : cases) {
+        const auto r = runKzbs(c.args, "stdin a\n");
+        EXPECT_EQ(r.out, c.out) << c.args[2];
+        EXPECT_EQ(r.status, c.status) << c.args[2];
+    }
 }
 
 TEST(CliNumber, RefusesWhatIsNoNumber)

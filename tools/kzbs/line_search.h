@@ -10,13 +10,17 @@
 // this exact: a match in a line alone is a match in the buffer too, at the
 // same place, as long as nothing in the pattern can take a newline and then
 // need the end of the text. A pattern that could is tried line by line.
+//
+// Most patterns cannot take a newline at all (no negated class, no escape,
+// no control or 8-bit byte in a class): their matches lie inside one line,
+// and find() searches the rest of the buffer in one call. The others, and a
+// buffer from its first NUL on, are searched in windows (see Scan).
 #ifndef KZBS_LINE_SEARCH_H
 #define KZBS_LINE_SEARCH_H
 
 #include "KZRegExp.h"
 
 #include <cstddef>
-#include <istream>
 #include <string>
 
 namespace kzbs {
@@ -27,22 +31,25 @@ struct LineSpan {
     std::size_t end = 0;
 };
 
-// A stream read in large blocks of whole lines (256 KB reads, more for a
-// longer line), into one buffer that is reused.
+// A file descriptor read in large blocks of whole lines (256 KB reads, more
+// for a longer line), into one buffer that is reused.
 class LineReader {
 public:
-    explicit LineReader(std::istream& in) : m_in(in) {}
+    explicit LineReader(int fd) : m_fd(fd) {}
 
-    // Reads the next block; false at the end of the stream. Its lines are
-    // bytes()[0, size()), each ending in a newline: a last line without one
-    // gets one. The buffer is longer than the block.
+    // Reads the next block; false at the end of the input or on an error
+    // (error() then holds errno). Its lines are data()[0, size()), each
+    // ending in a newline: a last line without one gets one. data()[size()]
+    // may be written, as LineSearch does.
     bool next();
 
-    std::string& bytes() { return m_buffer; }
+    char* data() { return &m_buffer[0]; }
     std::size_t size() const { return m_size; }
+    int error() const { return m_error; }
 
 private:
-    std::istream& m_in;
+    int m_fd;
+    int m_error = 0;
     std::string m_buffer;
     std::size_t m_size = 0; // the block's whole lines
     std::size_t m_end = 0;  // what has been read into the buffer
@@ -54,37 +61,47 @@ public:
     LineSearch(const KZRegExp& re, const std::string& pattern);
 
     // Calls visit(LineSpan) for each line of text[0, size) in which the
-    // pattern matches, in order; each line there ends in a newline. The
-    // lines between two visits are those that do not match. The text is
-    // written to during the search and restored before each visit.
+    // pattern matches, in order, until it returns false; each line there ends
+    // in a newline. The lines between two visits are those that do not
+    // match. text[size] must be writable: it is a NUL during the search, and
+    // windows put theirs into the text (restored before each visit).
     template <class Visit>
-    void forEachMatchingLine(std::string& text, std::size_t size, Visit visit)
+    void forEachMatchingLine(char* text, std::size_t size, Visit visit)
     {
+        struct Restore {
+            char* at;
+            char byte;
+            ~Restore() { *at = byte; }
+        } const restore{text + size, text[size]};
+        text[size] = '\0';
         Scan scan(text, size);
+        scan.windows = !m_inLines;
         LineSpan line;
         while (nextMatchingLine(scan, line))
-            visit(line);
+            if (!visit(line))
+                return;
     }
 
     // Whether the line [begin, end) of text matches when tried on its own.
-    bool lineMatches(const std::string& text, std::size_t begin, std::size_t end);
+    bool lineMatches(const char* text, std::size_t begin, std::size_t end);
 
 private:
     // Where a search through one buffer stands.
     struct Scan {
-        Scan(std::string& text, std::size_t size) : text(text), size(size) {}
+        Scan(char* text, std::size_t size) : text(text), size(size) {}
 
-        std::string& text;
+        char* const text;
         const std::size_t size;
         std::size_t at = 0;                  // the start of the first line not yet decided
         std::size_t window = kFirstWindow;   // how far find() may look ahead
         std::size_t eachLineUntil = 0;       // lines before this are tried one by one
+        bool windows = false;                // searched in windows, not all at once
     };
 
-    // find() reads its text up to the end before it starts matching, so the
-    // buffer is searched in windows of whole lines, each ended by a NUL put
-    // over the next line's first byte: large where matches are rare, small
-    // where they are dense.
+    // find() reads its text up to the end, or to a NUL, before it starts
+    // matching, so the buffer is searched in windows of whole lines, each
+    // ended by a NUL put over the next line's first byte: large where
+    // matches are rare, small where they are dense.
     static constexpr std::size_t kFirstWindow = 64 * 1024;
     static constexpr std::size_t kGrowFrom = 4096;
     static constexpr std::size_t kLargestWindow = 4 * 1024 * 1024;
@@ -96,6 +113,7 @@ private:
     KZRegExp m_finder;         // the pattern without a leading '^', or the pattern
     bool m_anchored = false;   // m_finder drops the pattern's '^'
     bool m_eachLine = false;   // no buffer search: every line is tried
+    bool m_inLines = false;    // no match can take a newline
     std::string m_line;        // a line with its newline, as find() sees it alone
 };
 
