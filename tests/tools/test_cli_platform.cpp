@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+
 using kzbs_test::runKzbs;
 using kzbs_test::TempFolder;
 
@@ -93,4 +96,24 @@ TEST(CliFolders, ListsTheSystemFoldersAndTheProgramsFolder)
                      "documents            " + (home / "Documents") + "\n"
                      "home                 " + home.path + "\n"
                      "application          " + program.substr(0, program.rfind('/')) + "\n");
+}
+
+// kzbs hands ini and folders to kzbs-platform beside it (or in its libexec
+// folder); a kzbs without it says so in one line, and its other commands work.
+TEST(CliPlatformHelper, AMissingHelperIsOneLineAndExitTwo)
+{
+    TempFolder dir;
+    std::filesystem::copy_file(KZBS_EXE, dir / "kzbs");
+    const std::string run = "LD_LIBRARY_PATH=" + kzbs_test::shellQuote(KZBS_CORE_DIR) + " " + (dir / "kzbs");
+    ASSERT_EQ(std::system((run + " easter 2026 >" + (dir / "out") + " 2>&1").c_str()), 0);
+    EXPECT_EQ(kzbs_test::readFile(dir / "out"), "2026-04-05\n");
+    const std::string where = std::filesystem::canonical(dir.path).string();   // as the system names it
+    for (const char* command : {"folders", "ini"}) {
+        const int status = std::system((run + " " + command + " >" + (dir / "out") + " 2>" + (dir / "err")).c_str());
+        EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, 2) << command;
+        EXPECT_EQ(kzbs_test::readFile(dir / "out"), "") << command;
+        EXPECT_EQ(kzbs_test::readFile(dir / "err"),
+                  std::string("kzbs: ") + command + " needs kzbs-platform, which is missing (looked for " + dir.path
+                      + "/kzbs-platform and " + dir.path + "/../libexec/kzbs/kzbs-platform)\n");
+    }
 }

@@ -166,66 +166,59 @@ void printMonth(unsigned year, unsigned month, const std::vector<DatedHoliday>& 
     }
 }
 
-// YEAR, YEAR-MM, or nothing for this month: the first and last month shown.
-std::optional<std::pair<KZDate, unsigned>> parseMonths(const std::vector<std::string>& words, YearSpan span,
-                                                       int& status)
+// The first month shown and how many: YEAR, YEAR-MM, or nothing for this month.
+struct Months {
+    KZDate first;
+    unsigned count;
+};
+
+Checked<Months> parseMonths(const std::vector<std::string>& words, YearSpan span)
 {
-    if (words.size() > 1) {
-        status = fail("cal takes one YEAR or YEAR-MM (see kzbs cal --help)");
-        return std::nullopt;
-    }
+    if (words.size() > 1)
+        return refuse("cal takes one YEAR or YEAR-MM (see kzbs cal --help)");
     if (words.empty()) {
-        const std::optional<unsigned> year = thisYear(status, span);
-        if (!year)
-            return std::nullopt;
-        return std::make_pair(KZDate(1, KZDate().Month(), *year), 1u);
+        const Checked<unsigned> year = thisYear(span);
+        if (!year.ok())
+            return year.refusal();
+        return Months{KZDate(1, KZDate().Month(), year.value()), 1u};
     }
     const std::string& word = words[0];
     const size_t dash = word.find('-');
-    const std::optional<unsigned> year = parseYear(word.substr(0, dash), status, span);
-    if (!year)
-        return std::nullopt;
+    const Checked<unsigned> year = parseYear(word.substr(0, dash), span);
+    if (!year.ok())
+        return year.refusal();
     if (dash == std::string::npos)
-        return std::make_pair(KZDate(1, 1, *year), 12u);
+        return Months{KZDate(1, 1, year.value()), 12u};
     const std::string month = word.substr(dash + 1);
     if (month.size() != 2 || month.find_first_not_of("0123456789") != std::string::npos || month < "01"
-        || month > "12") {
-        status = fail("not a month: '" + word + "' (use YYYY-MM, such as 2026-08)");
-        return std::nullopt;
-    }
-    return std::make_pair(KZDate(1, static_cast<unsigned>(std::stoul(month)), *year), 1u);
+        || month > "12")
+        return refuse("not a month: '" + word + "' (use YYYY-MM, such as 2026-08)");
+    return Months{KZDate(1, static_cast<unsigned>(std::stoul(month)), year.value()), 1u};
 }
 
 int cal(const CalRequest& request)
 {
-    int status = 0;
-    const std::optional<Place> place = parsePlace(request.place, status);
-    if (!place)
-        return status;
-    const std::optional<std::pair<KZDate, unsigned>> months = parseMonths(request.words, spanOf(place->classic), status);
-    if (!months)
-        return status;
-    const KZDate first = months->first;
-    const KZDate last(1, first.Month() + months->second - 1, first.Year());
+    const Place place = parsePlace(request.place).value();
+    const Months months = parseMonths(request.words, spanOf(place.classic)).value();
+    const KZDate first = months.first;
+    const KZDate last(1, first.Month() + months.count - 1, first.Year());
     // Every holiday anywhere: the grid marks those of the place, and those of
     // its regions apart.
-    Place everywhere = *place;
-    everywhere.land = place->classic ? place->land : XX;
+    Place everywhere = place;
+    everywhere.land = place.classic ? place.land : XX;
     everywhere.region.clear();
-    const std::optional<std::vector<DatedHoliday>> holidays =
-        holidaysAt({first, KZDate(last.DaysInMonth(), last.Month(), last.Year())}, everywhere, status);
-    if (!holidays)
-        return status;
+    const std::vector<DatedHoliday> holidays =
+        holidaysAt({first, KZDate(last.DaysInMonth(), last.Month(), last.Year())}, everywhere).value();
     const bool color = colorWanted(request.color);
     for (unsigned month = first.Month(); month <= last.Month(); ++month) {
         if (month != first.Month())
             std::cout << '\n';
-        printMonth(first.Year(), month, *holidays, *place, color);
+        printMonth(first.Year(), month, holidays, place, color);
     }
     return 0;
 }
 
-std::optional<int> parseCount(const std::vector<std::string>& words, int& status)
+Checked<int> parseCount(const std::vector<std::string>& words)
 {
     if (words.empty())
         return 1;
@@ -233,39 +226,26 @@ std::optional<int> parseCount(const std::vector<std::string>& words, int& status
     const bool number = words.size() == 1 && !text.empty() && text.size() <= 4
         && text.find_first_not_of("0123456789") == std::string::npos;
     const int count = number ? std::stoi(text) : 0;
-    if (count < 1 || count > kMostHolidays) {
-        status = fail(words.size() > 1 ? "next takes one number N (see kzbs next --help)"
+    if (count < 1 || count > kMostHolidays)
+        return refuse(words.size() > 1 ? "next takes one number N (see kzbs next --help)"
                                        : "N must be a whole number from 1 to " + std::to_string(kMostHolidays)
                                              + ", not '" + text + "'");
-        return std::nullopt;
-    }
     return count;
 }
 
 int next(const NextRequest& request)
 {
-    int status = 0;
-    const std::optional<Place> place = parsePlace(request.place, status);
-    if (!place)
-        return status;
-    const std::optional<int> count = parseCount(request.words, status);
-    if (!count)
-        return status;
-    std::optional<KZDate> from = request.from ? parseDate(*request.from, status, spanOf(place->classic))
-                                              : std::optional<KZDate>(KZDate());
-    if (!from)
-        return status;
+    const Place place = parsePlace(request.place).value();
+    const std::size_t count = static_cast<std::size_t>(parseCount(request.words).value());
+    const KZDate from = request.from ? parseDate(*request.from, spanOf(place.classic)).value() : KZDate();
     std::vector<DatedHoliday> found;
-    for (unsigned year = from->Year(); year <= kLastYear && found.size() < static_cast<size_t>(*count); ++year) {
-        const KZDate start = year == from->Year() ? *from : KZDate(1, 1, year);
-        const std::optional<std::vector<DatedHoliday>> holidays =
-            holidaysAt({start, KZDate(31, 12, year)}, *place, status);
-        if (!holidays)
-            return status;
-        found.insert(found.end(), holidays->begin(), holidays->end());
+    for (unsigned year = from.Year(); year <= kLastYear && found.size() < count; ++year) {
+        const KZDate start = year == from.Year() ? from : KZDate(1, 1, year);
+        const std::vector<DatedHoliday> holidays = holidaysAt({start, KZDate(31, 12, year)}, place).value();
+        found.insert(found.end(), holidays.begin(), holidays.end());
     }
-    if (found.size() > static_cast<size_t>(*count))
-        found.resize(static_cast<size_t>(*count));
+    if (found.size() > count)
+        found.resize(count);
     printHolidayRows(std::cout, rowsOf(found), request.format);
     return 0;
 }

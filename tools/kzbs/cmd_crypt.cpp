@@ -4,6 +4,7 @@
 // only on success, so an error never leaves a half-written OUT.
 #include "commands.h"
 
+#include "checked.h"
 #include "file_io.h"
 
 #include "KZCrypt.h"
@@ -11,6 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -24,8 +26,8 @@
 namespace kzbs {
 namespace {
 
-constexpr std::uint64_t kMaxPlainSize = 0xFFFFFFF0u;       // its padded size still fits 32 bits
-constexpr std::uint64_t kMaxStreamSize = 12 + kMaxPlainSize;
+constexpr std::uint64_t kMaxPlainSize = KZCrypt::kMaxBufferSize;
+constexpr std::uint64_t kMaxStreamSize = KZCrypt::kStreamHeaderSize + kMaxPlainSize;
 constexpr std::uint64_t kProgressSize = 64u << 20;
 
 const char kHelpTail[] =
@@ -153,99 +155,78 @@ struct Words {
     std::vector<std::string> files;
 };
 
-bool loadKey(const Words& words, Request& request, std::string& error)
+// The key text from --key-file or --key-env.
+Checked<std::string> loadKey(const Words& words)
 {
-    const std::optional<std::string>& keyFile = words.keyFile;
-    const std::optional<std::string>& keyEnv = words.keyEnv;
-    if (keyFile && keyEnv) {
-        error = "give the key either with --key-file or with --key-env, not both";
-        return false;
+    if (words.keyFile && words.keyEnv)
+        return refuse("give the key either with --key-file or with --key-env, not both");
+    if (words.keyEnv) {
+        const char* value = std::getenv(words.keyEnv->c_str());
+        if (!value)
+            return refuse("the environment variable " + *words.keyEnv + " is not set");
+        return std::string(value);
     }
-    if (keyFile) {
-        if (!readAll(*keyFile, 1 << 20, request.key, error, " is larger than 1 MiB, too large for a key file"))
-            return false;
-        if (!request.key.empty() && request.key.back() == '\n') {
-            request.key.pop_back();
-            if (!request.key.empty() && request.key.back() == '\r')
-                request.key.pop_back();
-        }
-    } else if (keyEnv) {
-        const char* value = std::getenv(keyEnv->c_str());
-        if (!value) {
-            error = "the environment variable " + *keyEnv + " is not set";
-            return false;
-        }
-        request.key = value;
-    } else {
-        error = "give the key with --key-file FILE or --key-env VAR";
-        return false;
+    if (!words.keyFile)
+        return refuse("give the key with --key-file FILE or --key-env VAR");
+    std::string key, error;
+    if (!readAll(*words.keyFile, 1 << 20, key, error, " is larger than 1 MiB, too large for a key file"))
+        return refuse(error);
+    if (!key.empty() && key.back() == '\n') {
+        key.pop_back();
+        if (!key.empty() && key.back() == '\r')
+            key.pop_back();
     }
-    return true;
+    return key;
 }
 
-bool checkKey(const Request& request, bool encrypt, std::string& error)
+// The key, if kzbs takes it for encrypt (or decrypt) of this size.
+Checked<std::string> checkKey(const std::string& key, KZCrypt::KeySize size, bool byteTable, bool encrypt)
 {
-    const std::size_t bits = static_cast<std::size_t>(request.size);
-    const std::size_t used = bits / 8;
-    if (request.key.empty()) {
-        error = "the key is empty";
-        return false;
-    }
-    // The format accepts up to bits/2 characters and ignores all after the
-    // first bits/8: a longer key would look stronger than it is. Keys made
-    // elsewhere stay readable, so decrypt takes what the format takes.
-    const std::size_t most = encrypt ? used : bits / 2;
-    if (request.key.size() > most) {
-        error = "the key has " + std::to_string(request.key.size()) + " characters, but a " + std::to_string(bits)
-            + "-bit key " + (encrypt ? "uses only its first " : "has at most ") + std::to_string(most)
-            + (encrypt && bits < 256 ? "; --bits 256 uses up to 32" : "");
-        return false;
-    }
-    if (request.byteTable)
-        return true;
-    // The numeric key conversion turns a byte 0x80-0xFF into 0xff unless one
-    // of the last three characters is such a byte, and cannot represent a
-    // control character below 0x10 (the library then encrypts with an
-    // all-zero key without a word).
-    const std::size_t tail = request.key.size() < 3 ? 0 : request.key.size() - 3;
-    bool highTail = false;
-    for (std::size_t i = tail; i < request.key.size(); ++i)
-        highTail = highTail || static_cast<unsigned char>(request.key[i]) >= 0x80;
-    for (std::size_t i = 0; i < request.key.size() && i < used; ++i) {
-        const unsigned char c = static_cast<unsigned char>(request.key[i]);
-        if (c < 0x10 && !highTail) {
-            error = "the key contains a control character (below 0x10) that the key conversion cannot "
-                    "represent; use --byte-table";
-            return false;
-        }
-        if (c >= 0x80 && encrypt) {
-            error = "the key contains letters outside ASCII (such as umlauts), which the key conversion "
-                    "does not keep apart; use a key of ASCII characters, or --byte-table (and give "
-                    "--byte-table to decrypt too)";
-            return false;
-        }
-    }
-    return true;
+    const std::size_t bits = static_cast<std::size_t>(size);
+    if (key.empty())
+        return refuse("the key is empty");
+    // The format accepts longer keys than it uses: encrypt refuses them, as
+    // they would look stronger than they are. Keys made elsewhere stay
+    // readable, so decrypt takes what the format takes.
+    const std::size_t most = encrypt ? KZCrypt::keyCharactersUsed(size) : KZCrypt::longestKeyText(size);
+    if (key.size() > most)
+        return refuse("the key has " + std::to_string(key.size()) + " characters, but a " + std::to_string(bits)
+                      + "-bit key " + (encrypt ? "uses only its first " : "has at most ") + std::to_string(most)
+                      + (encrypt && bits < 256 ? "; --bits 256 uses up to 32" : ""));
+    if (byteTable)
+        return key;
+    // Without the byte table the library cannot represent some characters
+    // and would encrypt with an all-zero key without a word.
+    if (KZCrypt::keyBytes(key, size, false).empty())
+        return refuse("the key contains a control character (below 0x10) that the key conversion cannot "
+                      "represent; use --byte-table");
+    const bool ascii = std::none_of(key.begin(), key.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    if (encrypt && !ascii)
+        return refuse("the key contains letters outside ASCII (such as umlauts), which the key conversion "
+                      "does not keep apart; use a key of ASCII characters, or --byte-table (and give "
+                      "--byte-table to decrypt too)");
+    return key;
 }
 
-// Checks the words; returns -1 to go on, or the exit status to end with.
-int prepare(const Words& words, bool encrypt, Request& request)
+// The request the words make.
+Checked<Request> prepare(const Words& words, bool encrypt)
 {
-    if (words.bits == "192")
-        request.size = KZCrypt::Key192;
-    else if (words.bits == "256")
-        request.size = KZCrypt::Key256;
+    Request request;
+    request.size = words.bits == "192" ? KZCrypt::Key192 : words.bits == "256" ? KZCrypt::Key256 : KZCrypt::Key128;
     request.byteTable = words.byteTable;
-    std::string error;
-    const bool keyLoaded = loadKey(words, request, error);
+    const Checked<std::string> key = loadKey(words);
     if (words.files.size() != 2)
-        return fail(std::string("usage: kzbs ") + (encrypt ? "encrypt" : "decrypt")
-                    + " [--bits N] (--key-file FILE | --key-env VAR) IN OUT (see --help)");
-    if (!keyLoaded || !checkKey(request, encrypt, error))
-        return fail(error);
+        return refuse(std::string("usage: kzbs ") + (encrypt ? "encrypt" : "decrypt")
+                      + " [--bits N] (--key-file FILE | --key-env VAR) IN OUT (see --help)");
+    if (!key.ok())
+        return key.refusal();
+    const Checked<std::string> usable = checkKey(key.value(), request.size, request.byteTable, encrypt);
+    if (!usable.ok())
+        return usable.refusal();
+    request.key = usable.value();
     request.in = words.files[0];
     request.out = words.files[1];
-    return -1;
+    return request;
 }
 
 void progress(std::uint64_t size, const char* what)
@@ -281,60 +262,32 @@ protected:
     }
 };
 
-std::uint32_t littleEndian(const std::string& data, std::size_t at)
+// The header of a stream, or what is wrong with the stream, before the
+// library reads it.
+Checked<KZCrypt::StreamHeader> readHeader(const std::string& data, const std::string& name)
 {
-    std::uint32_t value = 0;
-    for (int i = 0; i < 4; ++i)
-        value |= std::uint32_t(static_cast<unsigned char>(data[at + static_cast<std::size_t>(i)])) << (8 * i);
-    return value;
-}
-
-// Names what is wrong with a stream before the library reads it.
-bool checkStream(const std::string& data, const std::string& name, std::string& error)
-{
-    if (data.size() < 4 || data.compare(0, 4, "RCBC") != 0) {
-        error = name + " is not an encrypted stream (its tag is not \"RCBC\")";
-        return false;
-    }
-    if (data.size() < 12) {
-        error = name + " is truncated: its header is incomplete";
-        return false;
-    }
-    const std::uint32_t plain = littleEndian(data, 4), crypted = littleEndian(data, 8);
-    if (crypted % 16 != 0 || crypted < plain) {
-        error = name + " is damaged: its sizes (" + std::to_string(plain) + ", " + std::to_string(crypted)
-            + ") do not fit together";
-        return false;
-    }
-    const std::uint64_t present = data.size() - 12;
-    if (present < crypted) {
-        error = name + " is truncated: " + std::to_string(present) + " of " + std::to_string(crypted)
-            + " bytes of encrypted data";
-        return false;
-    }
-    if (present > crypted) {
-        error = name + " has " + std::to_string(present - crypted) + " unexpected bytes after the encrypted data";
-        return false;
-    }
-    return true;
-}
-
-// The format pads the data with spaces to whole blocks; after a wrong key
-// the padding is noise. Data of a multiple of 16 bytes has no padding to check.
-bool paddedWithSpaces(const KZCrypt& crypt)
-{
-    for (std::uint32_t i = crypt.getBufferSize(); i < crypt.getCryptedSize(); ++i)
-        if (crypt.getBuffer()[i] != ' ')
-            return false;
-    return true;
+    KZCrypt::StreamHeader header {};
+    const bool complete = KZCrypt::readStreamHeader(data.data(), data.size(), header);
+    if (data.size() < 4 || data.compare(0, 4, "RCBC") != 0)
+        return refuse(name + " is not an encrypted stream (its tag is not \"RCBC\")");
+    if (!complete)
+        return refuse(name + " is truncated: its header is incomplete");
+    const std::uint32_t plain = header.bufferSize, crypted = header.cryptedSize;
+    if (crypted % 16 != 0 || crypted < plain)
+        return refuse(name + " is damaged: its sizes (" + std::to_string(plain) + ", " + std::to_string(crypted)
+            + ") do not fit together");
+    const std::uint64_t present = data.size() - KZCrypt::kStreamHeaderSize;
+    if (present < crypted)
+        return refuse(name + " is truncated: " + std::to_string(present) + " of " + std::to_string(crypted)
+            + " bytes of encrypted data");
+    if (present > crypted)
+        return refuse(name + " has " + std::to_string(present - crypted) + " unexpected bytes after the encrypted data");
+    return header;
 }
 
 int encrypt(const Words& words)
 {
-    Request request;
-    const int status = prepare(words, true, request);
-    if (status >= 0)
-        return status;
+    const Request request = prepare(words, true).value();
     std::string data, error;
     if (!readAll(request.in, kMaxPlainSize, data, error))
         return fail(error);
@@ -350,15 +303,11 @@ int encrypt(const Words& words)
 
 int decrypt(const Words& words)
 {
-    Request request;
-    const int status = prepare(words, false, request);
-    if (status >= 0)
-        return status;
+    const Request request = prepare(words, false).value();
     std::string data, error;
     if (!readAll(request.in, kMaxStreamSize, data, error))
         return fail(error);
-    if (!checkStream(data, describe(request.in), error))
-        return fail(error);
+    readHeader(data, describe(request.in)).value();
     KZCryptRijndael crypt(request.key, request.size, request.byteTable);
     {
         MemoryBuf buffer(data.data(), data.size());
@@ -369,7 +318,7 @@ int decrypt(const Words& words)
     std::string().swap(data);
     progress(crypt.getCryptedSize(), "decrypting");
     crypt.decode();
-    if (!words.force && !paddedWithSpaces(crypt))
+    if (!words.force && !crypt.hasSpacePadding())
         return fail("the decrypted data does not end in the format's padding of spaces: the key or --bits "
                     "is wrong (--force writes the data anyway)");
     const auto emit = [&](std::ostream& out) {

@@ -111,26 +111,19 @@ std::string withCalendarName(std::string calendar, const std::optional<std::stri
 
 int holidays(const HolidayRequest& request)
 {
-    int status = 0;
     if (request.calendarName && request.format != "ics")
         return fail("--calendar-name goes with --format ics");
-    const std::optional<Place> place = parsePlace(request.place, status);
-    if (!place)
-        return status;
-    const std::optional<Period> period = parseYearOrPeriod(request.words, status, spanOf(place->classic));
-    if (!period)
-        return status;
-    if (place->classic && request.format != "ics") {
-        printHolidayRows(std::cout, classicRows(*period, place->land), request.format);
+    const Place place = parsePlace(request.place).value();
+    const Period period = parseYearOrPeriod(request.words, spanOf(place.classic)).value();
+    if (place.classic && request.format != "ics") {
+        printHolidayRows(std::cout, classicRows(period, place.land), request.format);
         return 0;
     }
-    const std::optional<std::vector<DatedHoliday>> holidays = holidaysAt(*period, *place, status);
-    if (!holidays)
-        return status;
+    const std::vector<DatedHoliday> holidays = holidaysAt(period, place).value();
     if (request.format == "ics")
-        std::cout << withCalendarName(KZICalendar::write(*holidays), request.calendarName);
+        std::cout << withCalendarName(KZICalendar::write(holidays), request.calendarName);
     else
-        printHolidayRows(std::cout, rowsOf(*holidays), request.format);
+        printHolidayRows(std::cout, rowsOf(holidays), request.format);
     return 0;
 }
 
@@ -189,62 +182,43 @@ Answer answerClassic(const KZDate& date, const Place& place)
     return {static_cast<size_t>(matches.count), KZCalendar::isPublicHoliday(date, place.land) == 0};
 }
 
-std::optional<Answer> answerLaw(const KZDate& date, const Place& place, int& status)
+Answer answerLaw(const KZDate& date, const Place& place)
 {
-    const std::optional<std::vector<DatedHoliday>> holidays = holidaysAt({date, date}, Place(), status);
-    if (!holidays)
-        return std::nullopt;
-    for (const DatedHoliday& holiday : *holidays)
+    const std::vector<DatedHoliday> holidays = holidaysAt({date, date}, Place()).value();
+    for (const DatedHoliday& holiday : holidays)
         std::cout << holidayLine(rowOf(holiday));
     const bool here = KZHolidayLaw::isPublicHoliday(date, place.land, place.region) == 0;
-    return Answer{holidays->size(), here, here ? std::vector<const HolidayRegion*>() : regionsHolding(*holidays, place)};
+    return Answer{holidays.size(), here, here ? std::vector<const HolidayRegion*>() : regionsHolding(holidays, place)};
 }
 
 int isHoliday(const HolidayRequest& request)
 {
-    int status = 0;
-    const std::optional<Place> place = parsePlace(request.place, status);
-    if (!place)
-        return status;
+    const Place place = parsePlace(request.place).value();
     if (request.words.size() != 1)
         return fail("is-holiday takes one date (see kzbs is-holiday --help)");
-    const std::optional<KZDate> date = parseDate(request.words[0], status, spanOf(place->classic));
-    if (!date)
-        return status;
+    const KZDate date = parseDate(request.words[0], spanOf(place.classic)).value();
 
-    const std::optional<Answer> answer =
-        place->classic ? answerClassic(*date, *place) : answerLaw(*date, *place, status);
-    if (!answer)
-        return status;
-    if (answer->found == 0) {
-        std::cout << isoDate(*date) << " " << weekdayName(*date) << ": no public holiday\n";
+    const Answer answer = place.classic ? answerClassic(date, place) : answerLaw(date, place);
+    if (answer.found == 0) {
+        std::cout << isoDate(date) << " " << weekdayName(date) << ": no public holiday\n";
         return 1;
     }
-    if (place->land != XX && !answer->inParts.empty())
-        std::cout << partsText(*place, answer->inParts) << '\n';
-    else if (place->land != XX)
-        std::cout << (answer->here ? "a public holiday in " : "not a public holiday in ") << placeName(*place)
+    if (place.land != XX && !answer.inParts.empty())
+        std::cout << partsText(place, answer.inParts) << '\n';
+    else if (place.land != XX)
+        std::cout << (answer.here ? "a public holiday in " : "not a public holiday in ") << placeName(place)
                   << '\n';
-    return answer->here ? 0 : 1;
+    return answer.here ? 0 : 1;
 }
 
 int easter(const std::vector<std::string>& words)
 {
     // Check every year before printing any, so bad input never leaves half an answer.
     std::vector<unsigned> years;
-    int status = 0;
-    if (words.empty()) {
-        const std::optional<unsigned> year = thisYear(status);
-        if (!year)
-            return status;
-        years.push_back(*year);
-    }
-    for (const std::string& word : words) {
-        const std::optional<unsigned> year = parseYear(word, status);
-        if (!year)
-            return status;
-        years.push_back(*year);
-    }
+    if (words.empty())
+        years.push_back(thisYear().value());
+    for (const std::string& word : words)
+        years.push_back(parseYear(word).value());
     for (unsigned year : years)
         std::cout << isoDate(KZCalendar::easter(static_cast<int>(year))) << '\n';
     return 0;

@@ -4,6 +4,7 @@
 #include "KZFileEnvironment.h"
 #include "KZFileName.h"
 
+#include "actions.h"
 #include "file_io.h"
 
 #include <algorithm>
@@ -179,63 +180,27 @@ struct FileWords {
     std::vector<std::string> words;
 };
 
-int path(const FileWords& request)
+// path parse: the parts of each NAME.
+int pathParse(const FileWords&, const std::vector<std::string>& names)
 {
-    const std::optional<std::string>& base = request.base;
-    const std::optional<std::string>& symbols = request.symbols;
-    const std::optional<std::string>& symbol = request.symbol;
-    const std::vector<std::string>& words = request.words;
-    if (words.empty())
-        return fail("path needs a subcommand: parse, rel, abs or param (kzbs path --help)");
-    const std::string& what = words.front();
-    const std::vector<std::string> names(words.begin() + 1, words.end());
-    if (what != "parse" && what != "rel" && what != "abs" && what != "param")
-        return fail("unknown path subcommand '" + what + "' (kzbs path --help)");
-    if (names.empty())
-        return fail("path " + what + " needs at least one NAME");
-    if (what == "param" && !symbol)
-        return fail("path param needs --symbol SYM");
-    if (what != "param" && symbol)
-        return fail("--symbol belongs to path param");
-
-    const std::string error = loadEnvironment(base, symbols);
-    if (!error.empty())
-        return fail(error);
-    const KZFileEnvironment& env = KZFileName::getGlobalFileEnvironment();
-
-    if (what == "parse") {
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            if (i > 0)
-                std::cout << '\n';
-            printParts(KZFileName(fromTerminal(names[i])), names[i]);
-        }
-        return 0;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (i > 0)
+            std::cout << '\n';
+        printParts(KZFileName(fromTerminal(names[i])), names[i]);
     }
-    if (what == "rel" && env.getBaseDir().compose().empty())
-        return fail("path rel needs a base directory: --base DIR, or SYS_BASEDIR in --symbols FILE");
+    return 0;
+}
 
-    const std::string symbolName = symbol ? fromTerminal(*symbol) : std::string();
-    if (what == "param" && env.getSymbol(symbolName).empty())
-        return fail("symbol <" + *symbol + "> is not defined (use --symbols FILE or --base DIR)");
-
+// Prints what `convert` makes of each NAME; a name it leaves as it was gets
+// a note on stderr and exit status 1.
+int convertNames(const std::vector<std::string>& names,
+                 const std::function<std::string(KZFileName& name, std::string& note)>& convert)
+{
     int status = 0;
     for (const std::string& input : names) {
         KZFileName name(fromTerminal(input));
-        std::string result;
         std::string note;
-        if (what == "rel") {
-            if (!name.makeRelPath())
-                note = "stays absolute: it is on another drive than the base directory";
-            result = name.compose();
-        } else if (what == "abs") {
-            if (!name.makeAbsPath(base.has_value()))
-                note = base ? "stays relative" : "cannot be resolved: no such file or directory";
-            result = name.compose();
-        } else {
-            result = name.asParmeterisedString(symbolName);
-            if (result == name.compose())
-                note = "does not lie below <" + *symbol + ">";
-        }
+        const std::string result = convert(name, note);
         std::cout << toTerminal(result) << '\n';
         if (!note.empty()) {
             std::cerr << "kzbs: '" << input << "' " << note << '\n';
@@ -243,6 +208,62 @@ int path(const FileWords& request)
         }
     }
     return status;
+}
+
+int pathRel(const FileWords&, const std::vector<std::string>& names)
+{
+    if (KZFileName::getGlobalFileEnvironment().getBaseDir().compose().empty())
+        return fail("path rel needs a base directory: --base DIR, or SYS_BASEDIR in --symbols FILE");
+    return convertNames(names, [](KZFileName& name, std::string& note) {
+        if (!name.makeRelPath())
+            note = "stays absolute: it is on another drive than the base directory";
+        return name.compose();
+    });
+}
+
+int pathAbs(const FileWords& request, const std::vector<std::string>& names)
+{
+    const bool base = request.base.has_value();
+    return convertNames(names, [base](KZFileName& name, std::string& note) {
+        if (!name.makeAbsPath(base))
+            note = base ? "stays relative" : "cannot be resolved: no such file or directory";
+        return name.compose();
+    });
+}
+
+int pathParam(const FileWords& request, const std::vector<std::string>& names)
+{
+    const std::string& symbol = *request.symbol;
+    const std::string symbolName = fromTerminal(symbol);
+    if (KZFileName::getGlobalFileEnvironment().getSymbol(symbolName).empty())
+        return fail("symbol <" + symbol + "> is not defined (use --symbols FILE or --base DIR)");
+    return convertNames(names, [&](KZFileName& name, std::string& note) {
+        const std::string result = name.asParmeterisedString(symbolName);
+        if (result == name.compose())
+            note = "does not lie below <" + symbol + ">";
+        return result;
+    });
+}
+
+const Action<FileWords> kPathActions[] = {
+    {"parse", "NAME...", 1, kAnyNumber, pathParse},
+    {"rel", "NAME...", 1, kAnyNumber, pathRel},
+    {"abs", "NAME...", 1, kAnyNumber, pathAbs},
+    {"param", "NAME...", 1, kAnyNumber, pathParam},
+};
+
+int path(const FileWords& request)
+{
+    const Action<FileWords>& action = *chooseAction("path", kPathActions, request.words).value();
+    const bool param = action.run == pathParam;
+    if (param && !request.symbol)
+        return fail("path param needs --symbol SYM");
+    if (!param && request.symbol)
+        return fail("--symbol belongs to path param");
+    const std::string error = loadEnvironment(request.base, request.symbols);
+    if (!error.empty())
+        return fail(error);
+    return action.run(request, std::vector<std::string>(request.words.begin() + 1, request.words.end()));
 }
 
 int symbols(const FileWords& request)

@@ -1,11 +1,13 @@
 // kzbs ini, kzbs folders: configuration files and the system folders.
 #include "commands.h"
 
+#include "actions.h"
 #include "file_io.h"
 
 #include "CrossPlatformApi.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <sys/wait.h>
@@ -14,43 +16,6 @@
 namespace kzbs {
 namespace {
 
-const char* const kIniUsage =
-    "usage: kzbs ini get FILE SECTION KEY [DEFAULT]   the value (DEFAULT, or empty, if missing)\n"
-    "       kzbs ini set [--force] FILE SECTION KEY VALUE\n"
-    "                                                 store VALUE (file and section are created)\n"
-    "       kzbs ini sections FILE                    the sections, one a line\n"
-    "       kzbs ini entries FILE SECTION             the entries of SECTION as KEY=VALUE\n"
-    "\n"
-    "FILE is an INI file as Qt reads and writes it. Values are Windows-1252 in the\n"
-    "library; a character outside it is refused. get, sections and entries need\n"
-    "an existing regular FILE.\n"
-    "\n"
-    "Qt's INI rules: set rewrites the whole file. Comments (';' or '#') are\n"
-    "dropped, a backslash in a value is written doubled, a value with a comma,\n"
-    "a ';' or blanks at its ends is quoted (a comma outside quotes, as in\n"
-    "K=a,b written by hand, makes a list, which reads as empty), and keys and\n"
-    "section names with characters other than letters, digits and '_' are\n"
-    "encoded (a blank as %20, '\xC3\xBC' as %FC). Line ends become LF.\n"
-    "So set first rewrites a copy of FILE and compares: when a line that does\n"
-    "not hold KEY would change, it names the line and writes nothing (exit 2);\n"
-    "--force writes anyway. FILE is replaced whole or not at all, keeps its\n"
-    "permissions and owner, and a symbolic link keeps pointing to it. set\n"
-    "refuses what is not a regular file (a folder, a device) and checks that the\n"
-    "value reads back.\n"
-    "\n"
-    "examples:\n"
-    "  kzbs ini get app.ini General Language\n"
-    "  kzbs ini set app.ini General Language de\n";
-
-const char* const kFoldersUsage =
-    "usage: kzbs folders\n"
-    "\n"
-    "Prints the system folders the library offers (temp, application support,\n"
-    "documents, home) and the folder of the kzbs program, one NAME PATH a line.\n"
-    "\n"
-    "example:\n"
-    "  kzbs folders\n";
-
 int printLines(const std::vector<std::string>& lines)
 {
     for (const std::string& line : lines)
@@ -58,12 +23,18 @@ int printLines(const std::vector<std::string>& lines)
     return 0;
 }
 
-int iniGet(const std::vector<std::string>& words)
+// The request of ini: its words and --force.
+struct IniRequest {
+    std::vector<std::string> words;
+    bool force = false;
+};
+
+int iniGet(const IniRequest&, const std::vector<std::string>& words)
 {
-    const std::string& file = words[1];
-    const std::string section = fromTerminal(words[2]);
-    const std::string key = fromTerminal(words[3]);
-    const std::string fallback = words.size() > 4 ? fromTerminal(words[4]) : std::string();
+    const std::string& file = words[0];
+    const std::string section = fromTerminal(words[1]);
+    const std::string key = fromTerminal(words[2]);
+    const std::string fallback = words.size() > 3 ? fromTerminal(words[3]) : std::string();
     std::cout << toTerminal(CrossPlatformApi::getIniString(section.c_str(), key.c_str(),
                                                             fallback.c_str(), file.c_str()))
               << '\n';
@@ -131,12 +102,12 @@ bool writeInChild(const std::string& section, const std::string& key, const std:
 
 // The library reports nothing about a write, so the value is set in a copy
 // of the file, which is compared and read back before it takes the file's place.
-int iniSet(const std::vector<std::string>& words, bool force)
+int iniSet(const IniRequest& request, const std::vector<std::string>& words)
 {
-    const std::string& file = words[1];
-    const std::string section = fromTerminal(words[2]);
-    const std::string key = fromTerminal(words[3]);
-    const std::string value = fromTerminal(words[4]);
+    const std::string& file = words[0];
+    const std::string section = fromTerminal(words[1]);
+    const std::string key = fromTerminal(words[2]);
+    const std::string value = fromTerminal(words[3]);
     FileReplacement replacement(file);
     std::string before, after, error;
     if (replacement.existed()) {
@@ -150,9 +121,9 @@ int iniSet(const std::vector<std::string>& words, bool force)
     const std::string& copy = replacement.temporary();
     if (!writeInChild(section, key, value, copy) || !readWholeFile(copy, after, error))
         return fail("could not write " + file);
-    const std::string lost = force ? std::string() : lostLine(before, after, key);
+    const std::string lost = request.force ? std::string() : lostLine(before, after, key);
     if (!lost.empty())
-        return fail("setting " + words[3] + " would rewrite " + lost + " of " + file
+        return fail("setting " + words[2] + " would rewrite " + lost + " of " + file
                     + " by Qt's INI rules; nothing written (--force writes anyway)");
     const std::string unset = value + "\x01";   // a text the value cannot be
     if (CrossPlatformApi::getIniString(section.c_str(), key.c_str(), unset.c_str(), copy.c_str()) != value)
@@ -162,38 +133,37 @@ int iniSet(const std::vector<std::string>& words, bool force)
     return 0;
 }
 
-int ini(const std::vector<std::string>& words, bool force)
+int iniSections(const IniRequest&, const std::vector<std::string>& words)
 {
-    if (words.empty())
-        return fail("ini needs one of get, set, sections, entries (kzbs ini --help)");
+    return printLines(CrossPlatformApi::getIniSections(words[0].c_str()));
+}
 
-    struct Form { const char* name; size_t least, most; };
-    const Form forms[] = {{"get", 4, 5}, {"set", 5, 5}, {"sections", 2, 2}, {"entries", 3, 3}};
-    const std::string& action = words[0];
-    const Form* form = nullptr;
-    for (const Form& f : forms)
-        if (action == f.name)
-            form = &f;
-    if (!form)
-        return fail("unknown ini action '" + action + "' (kzbs ini --help)");
-    if (words.size() < form->least || words.size() > form->most)
-        return fail("wrong number of arguments for ini " + action + " (kzbs ini --help)");
+// The library reads this section name in the local 8-bit encoding, which is
+// the terminal's own: it is passed on as typed.
+int iniEntries(const IniRequest&, const std::vector<std::string>& words)
+{
+    return printLines(CrossPlatformApi::getIniSectionEntries(words[1].c_str(), words[0].c_str()));
+}
 
-    const std::string& file = words[1];
-    if (force && action != "set")
-        return fail("--force belongs to ini set");
-    if (action == "set")
-        return iniSet(words, force);
-    const std::string problem = unreadable(file);
-    if (!problem.empty())
-        return fail(problem);
-    if (action == "get")
-        return iniGet(words);
-    if (action == "sections")
-        return printLines(CrossPlatformApi::getIniSections(file.c_str()));
-    // The library reads this section name in the local 8-bit encoding, which
-    // is the terminal's own: it is passed on as typed.
-    return printLines(CrossPlatformApi::getIniSectionEntries(words[2].c_str(), file.c_str()));
+const Action<IniRequest> kIniActions[] = {
+    {"get", "FILE SECTION KEY [DEFAULT]", 3, 4, iniGet},
+    {"set", "FILE SECTION KEY VALUE", 4, 4, iniSet},
+    {"sections", "FILE", 1, 1, iniSections},
+    {"entries", "FILE SECTION", 2, 2, iniEntries},
+};
+
+int ini(const IniRequest& request)
+{
+    const Action<IniRequest>& action = *chooseAction("ini", kIniActions, request.words).value();
+    const std::vector<std::string> words(request.words.begin() + 1, request.words.end());
+    if (action.run != iniSet) {   // which alone may create its file
+        if (request.force)
+            return fail("--force belongs to ini set");
+        const std::string problem = unreadable(words[0]);
+        if (!problem.empty())
+            return fail(problem);
+    }
+    return action.run(request, words);
 }
 
 int folders(const std::vector<std::string>& words)
@@ -211,8 +181,12 @@ int folders(const std::vector<std::string>& words)
     for (const auto& f : folders)
         std::cout << f.name << std::string(21 - std::string(f.name).size(), ' ')
                   << toTerminal(CrossPlatformApi::getSystemFolder(f.folder)) << '\n';
+    // This program runs for kzbs, which names its own folder.
+    const char* const kzbsFolder = std::getenv(kApplicationFolderVariable);
     std::cout << "application" << std::string(10, ' ')
-              << toTerminal(CrossPlatformApi::getApplicationfolder()) << '\n';
+              << toTerminal(kzbsFolder ? CrossPlatformApi::internalEncoding(kzbsFolder)
+                                       : CrossPlatformApi::getApplicationfolder())
+              << '\n';
     return 0;
 }
 
@@ -220,17 +194,15 @@ int folders(const std::vector<std::string>& words)
 
 void addPlatformCommands(Program& program)
 {
-    struct IniRequest {
-        std::vector<std::string> words;
-        bool force = false;
-    };
     auto iniRequest = std::make_shared<IniRequest>();
-    CLI::App& iniCommand = program.add("ini", "read and write INI files", kIniUsage,
-                                       [iniRequest] { return ini(iniRequest->words, iniRequest->force); });
+    const PlatformCommand& iniText = kPlatformCommands[0];
+    CLI::App& iniCommand = program.add(iniText.name, iniText.summary, iniText.usage,
+                                       [iniRequest] { return ini(*iniRequest); });
     iniCommand.add_flag("--force", iniRequest->force);
     program.addWords(iniCommand, iniRequest->words);
     auto folderWords = std::make_shared<std::vector<std::string>>();
-    program.addWords(program.add("folders", "the system folders and the application folder", kFoldersUsage,
+    const PlatformCommand& foldersText = kPlatformCommands[1];
+    program.addWords(program.add(foldersText.name, foldersText.summary, foldersText.usage,
                          [folderWords] { return folders(*folderWords); }),
              *folderWords);
 }

@@ -67,16 +67,14 @@ struct WorkdayRequest {
     std::vector<std::string> words;
 };
 
-// The calendar the options describe; nullopt after an error.
-std::optional<WorkdayCalendar> calendarOf(const WorkdayRequest& request, int& status)
+// The calendar the options describe.
+WorkdayCalendar calendarOf(const WorkdayRequest& request)
 {
-    const std::optional<Place> place = parsePlace(request.place, status);
-    if (!place)
-        return std::nullopt;
+    const Place place = parsePlace(request.place).value();
     WorkdayCalendar calendar;
-    calendar.land = place->land == XX ? Alle : place->land;
-    calendar.region = place->region;
-    calendar.classic = place->classic;
+    calendar.land = place.land == XX ? Alle : place.land;
+    calendar.region = place.region;
+    calendar.classic = place.classic;
     calendar.daysPerWeek = request.week == "6" ? 6 : 5;
     calendar.christmasAndNewYearsEveOff = request.evesOff;
     return calendar;
@@ -96,76 +94,59 @@ std::string describe(const WorkdayCalendar& calendar)
     return text;
 }
 
-// The error for what the library refused; `start` is the date asked about.
-int failStatus(KZWorkdays::Status status, const KZDate& start, bool classic)
+// Why the library refused; `start` is the date asked about.
+Refusal refusalOf(KZWorkdays::Status status, const KZDate& start, bool classic)
 {
     switch (status) {
     case KZWorkdays::BeforeFirstYear:
-        return failBeforeLaw(start.Year() < KZHolidayLaw::FirstYear ? std::to_string(start.Year())
-                                                                     : "the answer");
+        return beforeLaw(start.Year() < KZHolidayLaw::FirstYear ? std::to_string(start.Year()) : "the answer");
     case KZWorkdays::OutOfRange:
-        return fail("the answer lies outside " + yearRangeText(spanOf(classic)));
+        return refuse("the answer lies outside " + yearRangeText(spanOf(classic)));
     default:
-        return fail("the working days cannot be computed for these options");
+        return refuse("the working days cannot be computed for these options");
     }
 }
 
 // A whole number of at most seven digits, with an optional sign: every step
 // that can end inside 1583..4099 fits, and nothing overflows.
-std::optional<long> parseSteps(const std::string& text, int& status)
+Checked<long> parseSteps(const std::string& text)
 {
     const size_t digits = text.size() - (!text.empty() && (text[0] == '-' || text[0] == '+'));
     const bool number = digits >= 1 && text.find_first_not_of("0123456789", text.size() - digits) == std::string::npos;
-    if (!number) {
-        status = fail("N must be a whole number of working days such as 10 or -3, not '" + text + "'");
-        return std::nullopt;
-    }
-    if (digits > 7) {
-        status = fail("N must lie within -9999999..9999999, not " + text);
-        return std::nullopt;
-    }
+    if (!number)
+        return refuse("N must be a whole number of working days such as 10 or -3, not '" + text + "'");
+    if (digits > 7)
+        return refuse("N must lie within -9999999..9999999, not " + text);
     return std::stol(text);
 }
 
 int workdays(const WorkdayRequest& request)
 {
-    int status = 0;
-    const std::optional<WorkdayCalendar> calendar = calendarOf(request, status);
-    if (!calendar)
-        return status;
+    const WorkdayCalendar calendar = calendarOf(request);
     if (request.words.size() != 2)
         return fail("workdays takes a period FROM TO (see kzbs workdays --help)");
-    const std::optional<Period> period = parsePeriod(request.words[0], request.words[1], status, spanOf(calendar->classic));
-    if (!period)
-        return status;
+    const Period period = parsePeriod(request.words[0], request.words[1], spanOf(calendar.classic)).value();
     long count = 0;
-    const KZWorkdays::Status result = KZWorkdays::count(period->from, period->to, *calendar, count);
+    const KZWorkdays::Status result = KZWorkdays::count(period.from, period.to, calendar, count);
     if (result != KZWorkdays::Ok)
-        return failStatus(result, period->from, calendar->classic);
-    std::cout << count << (count == 1 ? " working day from " : " working days from ") << isoDate(period->from) << " to " << isoDate(period->to) << " ("
-              << describe(*calendar) << ")\n";
+        return fail(refusalOf(result, period.from, calendar.classic).message);
+    std::cout << count << (count == 1 ? " working day from " : " working days from ") << isoDate(period.from) << " to "
+              << isoDate(period.to) << " (" << describe(calendar) << ")\n";
     return 0;
 }
 
 int workday(const WorkdayRequest& request)
 {
-    int status = 0;
-    const std::optional<WorkdayCalendar> calendar = calendarOf(request, status);
-    if (!calendar)
-        return status;
+    const WorkdayCalendar calendar = calendarOf(request);
     if (request.words.size() != 2)
         return fail("workday takes a DATE and a number N (see kzbs workday --help)");
-    const std::optional<KZDate> date = parseDate(request.words[0], status, spanOf(calendar->classic));
-    if (!date)
-        return status;
-    const std::optional<long> steps = parseSteps(request.words[1], status);
-    if (!steps)
-        return status;
+    const KZDate date = parseDate(request.words[0], spanOf(calendar.classic)).value();
+    const long steps = parseSteps(request.words[1]).value();
     KZDate answer;
-    const KZWorkdays::Status result = KZWorkdays::advance(*date, *steps, *calendar, answer);
+    const KZWorkdays::Status result = KZWorkdays::advance(date, steps, calendar, answer);
     if (result != KZWorkdays::Ok)
-        return failStatus(result, *date, calendar->classic);
-    std::cout << isoDate(answer) << ' ' << weekdayName(answer) << " (" << describe(*calendar) << ")\n";
+        return fail(refusalOf(result, date, calendar.classic).message);
+    std::cout << isoDate(answer) << ' ' << weekdayName(answer) << " (" << describe(calendar) << ")\n";
     return 0;
 }
 

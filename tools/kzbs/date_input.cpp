@@ -78,31 +78,28 @@ std::string yearRangeText(YearSpan span)
     return std::to_string(first) + ".." + std::to_string(kLastYear);
 }
 
-std::optional<unsigned> parseYear(const std::string& text, int& status, YearSpan span)
+Checked<unsigned> parseYear(const std::string& text, YearSpan span)
 {
     if (!allDigits(text) || text.size() > 9) {
-        status = fail("not a year: '" + text + "'");
-        return std::nullopt;
+        return refuse("not a year: '" + text + "'");
     }
     const unsigned long year = std::stoul(text);
     if (year < kFirstYear || year > kLastYear) {
-        status = fail("year " + text + " is outside " + yearRangeText(span));
-        return std::nullopt;
+        return refuse("year " + text + " is outside " + yearRangeText(span));
     }
     return static_cast<unsigned>(year);
 }
 
-std::optional<unsigned> thisYear(int& status, YearSpan span)
+Checked<unsigned> thisYear(YearSpan span)
 {
     const unsigned year = KZDate().Year();
     if (year < kFirstYear || year > kLastYear) {
-        status = fail("this year (" + std::to_string(year) + ") is outside " + yearRangeText(span));
-        return std::nullopt;
+        return refuse("this year (" + std::to_string(year) + ") is outside " + yearRangeText(span));
     }
     return year;
 }
 
-std::optional<KZDate> parseDate(const std::string& text, int& status, YearSpan span)
+Checked<KZDate> parseDate(const std::string& text, YearSpan span)
 {
     unsigned parts[3] = {0, 0, 0};
     unsigned day, month, year;
@@ -111,62 +108,56 @@ std::optional<KZDate> parseDate(const std::string& text, int& status, YearSpan s
     } else if (splitNumbers(text, '.', {0, 0, 4}, parts)) {
         day = parts[0], month = parts[1], year = parts[2];
     } else {
-        status = fail("not a date: '" + text + "' (use YYYY-MM-DD or DD.MM.YYYY)");
-        return std::nullopt;
+        return refuse("not a date: '" + text + "' (use YYYY-MM-DD or DD.MM.YYYY)");
     }
     if (year < kFirstYear || year > kLastYear) {
-        status = fail("the year of " + text + " is outside " + yearRangeText(span));
-        return std::nullopt;
+        return refuse("the year of " + text + " is outside " + yearRangeText(span));
     }
     if (!KZDate::DayWithinMonth(month, day, year)) {
-        status = fail("no such date: " + text);
-        return std::nullopt;
+        return refuse("no such date: " + text);
     }
     return KZDate(day, month, year);
 }
 
-std::optional<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, int& status, YearSpan span)
+Checked<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, YearSpan span)
 {
     if (allDigits(text)) {
-        const std::optional<unsigned> year = parseYear(text, status, span);
-        if (!year)
-            return std::nullopt;
-        return isEnd ? KZDate(31, 12, *year) : KZDate(1, 1, *year);
+        const Checked<unsigned> year = parseYear(text, span);
+        if (!year.ok())
+            return year.refusal();
+        return isEnd ? KZDate(31, 12, year.value()) : KZDate(1, 1, year.value());
     }
-    return parseDate(text, status, span);
+    return parseDate(text, span);
 }
 
-std::optional<Period> parsePeriod(const std::string& fromText, const std::string& toText, int& status,
-                                  YearSpan span)
+Checked<Period> parsePeriod(const std::string& fromText, const std::string& toText, YearSpan span)
 {
-    const std::optional<KZDate> from = parsePeriodEnd(fromText, false, status, span);
-    if (!from)
-        return std::nullopt;
-    const std::optional<KZDate> to = parsePeriodEnd(toText, true, status, span);
-    if (!to)
-        return std::nullopt;
-    if (to->CompareTo(*from) < 0) {
-        status = fail("the period " + fromText + " .. " + toText + " ends before it begins");
-        return std::nullopt;
+    const Checked<KZDate> from = parsePeriodEnd(fromText, false, span);
+    if (!from.ok())
+        return from.refusal();
+    const Checked<KZDate> to = parsePeriodEnd(toText, true, span);
+    if (!to.ok())
+        return to.refusal();
+    if (to.value().CompareTo(from.value()) < 0) {
+        return refuse("the period " + fromText + " .. " + toText + " ends before it begins");
     }
-    return Period{*from, *to};
+    return Period{from.value(), to.value()};
 }
 
-std::optional<Period> parseYearOrPeriod(const std::vector<std::string>& words, int& status, YearSpan span)
+Checked<Period> parseYearOrPeriod(const std::vector<std::string>& words, YearSpan span)
 {
     if (words.size() <= 1) {
-        const std::optional<unsigned> year = words.empty() ? thisYear(status, span) : parseYear(words[0], status, span);
-        if (!year)
-            return std::nullopt;
-        return Period{KZDate(1, 1, *year), KZDate(31, 12, *year)};
+        const Checked<unsigned> year = words.empty() ? thisYear(span) : parseYear(words[0], span);
+        if (!year.ok())
+            return year.refusal();
+        return Period{KZDate(1, 1, year.value()), KZDate(31, 12, year.value())};
     }
     if (words.size() == 2)
-        return parsePeriod(words[0], words[1], status, span);
-    status = fail("holidays takes a year or a period FROM TO (see kzbs holidays --help)");
-    return std::nullopt;
+        return parsePeriod(words[0], words[1], span);
+    return refuse("holidays takes a year or a period FROM TO (see kzbs holidays --help)");
 }
 
-std::optional<BundesLand> parseState(const std::string& text, int& status)
+Checked<BundesLand> parseState(const std::string& text)
 {
     const Bundeslaender states;
     const std::string wanted = foldStateName(isAscii(text) ? text : fromTerminal(text));
@@ -176,8 +167,7 @@ std::optional<BundesLand> parseState(const std::string& text, int& status)
             wanted == foldStateName(states.getName(all[i], true)))
             return all[i];
     }
-    status = fail("unknown federal state '" + text + "' (use e.g. BY or Bayern)");
-    return std::nullopt;
+    return refuse("unknown federal state '" + text + "' (use e.g. BY or Bayern)");
 }
 
 std::string isoDate(const KZDate& date)

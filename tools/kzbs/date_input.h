@@ -1,11 +1,14 @@
 // Dates, years, periods and federal states as users type them on the command
-// line. Each parser writes its own "kzbs: ..." error and returns nullopt.
+// line. Each parser returns the value or the message that refuses the words
+// (checked.h).
 //
 // Years are limited to 1583..4099, the span in which the library's Easter is
 // the Gregorian one; this also keeps clear of its two-digit-year rule, which
 // would read a year of 137 or less as 1900 plus that year.
 #ifndef KZBS_DATE_INPUT_H
 #define KZBS_DATE_INPUT_H
+
+#include "checked.h"
 
 #include "KZCalendar.h"
 #include "KZDate.h"
@@ -33,24 +36,21 @@ enum class YearSpan { Table, Law };
 // "1583..4099" or "1990..4099", for messages.
 std::string yearRangeText(YearSpan span = YearSpan::Table);
 
-std::optional<unsigned> parseYear(const std::string& text, int& status, YearSpan span = YearSpan::Table);
+Checked<unsigned> parseYear(const std::string& text, YearSpan span = YearSpan::Table);
 // The year of today's date (the library's clock).
-std::optional<unsigned> thisYear(int& status, YearSpan span = YearSpan::Table);
+Checked<unsigned> thisYear(YearSpan span = YearSpan::Table);
 // YYYY-MM-DD or DD.MM.YYYY.
-std::optional<KZDate> parseDate(const std::string& text, int& status, YearSpan span = YearSpan::Table);
+Checked<KZDate> parseDate(const std::string& text, YearSpan span = YearSpan::Table);
 // A full date, or a bare year meaning its first (FROM) or last (TO) day.
-std::optional<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, int& status,
-                                     YearSpan span = YearSpan::Table);
+Checked<KZDate> parsePeriodEnd(const std::string& text, bool isEnd, YearSpan span = YearSpan::Table);
 // FROM TO, the end not before the start.
-std::optional<Period> parsePeriod(const std::string& from, const std::string& to, int& status,
-                                  YearSpan span = YearSpan::Table);
+Checked<Period> parsePeriod(const std::string& from, const std::string& to, YearSpan span = YearSpan::Table);
 // This year, or one year, or FROM TO.
-std::optional<Period> parseYearOrPeriod(const std::vector<std::string>& words, int& status,
-                                        YearSpan span = YearSpan::Table);
+Checked<Period> parseYearOrPeriod(const std::vector<std::string>& words, YearSpan span = YearSpan::Table);
 
 // An abbreviation (BY) or a name in any case, UTF-8 umlauts or spelled out
 // (Th\xC3\xBCringen, THUERINGEN).
-std::optional<KZBasicServices::BundesLand> parseState(const std::string& text, int& status);
+Checked<KZBasicServices::BundesLand> parseState(const std::string& text);
 
 // YYYY-MM-DD.
 std::string isoDate(const KZDate& date);

@@ -44,30 +44,28 @@ void addPlaceOptions(CLI::App& command, PlaceWords& words)
     command.add_flag("--classic", words.classic);
 }
 
-std::optional<Place> parsePlace(const PlaceWords& words, int& status)
+Checked<Place> parsePlace(const PlaceWords& words)
 {
     Place place;
     place.classic = words.classic;
     if (words.state) {
-        const std::optional<BundesLand> land = parseState(*words.state, status);
-        if (!land)
-            return std::nullopt;
-        place.land = *land;
+        const Checked<BundesLand> land = parseState(*words.state);
+        if (!land.ok())
+            return land.refusal();
+        place.land = land.value();
     }
     if (!words.region)
         return place;
     if (place.classic) {
-        status = fail("--region goes with the law's holidays; the classic table has no regions");
-        return std::nullopt;
+        return refuse("--region goes with the law's holidays; the classic table has no regions");
     }
     const std::string code = upper(*words.region);
     if (!KZHolidayLaw::findRegion(place.land, code)) {
         const std::string known = regionsOf(place.land);
-        status = fail(known.empty()
+        return refuse(known.empty()
                           ? abbreviation(place.land) + " has no regions with holidays of their own"
                           : "unknown region '" + *words.region + "' of " + abbreviation(place.land)
                                 + " (known: " + known + ")");
-        return std::nullopt;
     }
     place.region = code;
     return place;
@@ -80,7 +78,7 @@ std::string placeName(const Place& place)
     return abbreviation(place.land) + (place.region.empty() ? "" : "-" + place.region);
 }
 
-std::optional<std::vector<DatedHoliday>> holidaysAt(const Period& period, const Place& place, int& status)
+Checked<std::vector<DatedHoliday>> holidaysAt(const Period& period, const Place& place)
 {
     if (place.classic)
         return KZHolidayLaw::classicHolidaysInPeriod(period.from, period.to, place.land);
@@ -89,17 +87,15 @@ std::optional<std::vector<DatedHoliday>> holidaysAt(const Period& period, const 
     case KZHolidayLaw::Ok:
         return holidays;
     case KZHolidayLaw::BeforeFirstYear:
-        status = failBeforeLaw(std::to_string(period.from.Year()));
-        return std::nullopt;
+        return beforeLaw(std::to_string(period.from.Year()));
     default:
-        status = fail("no holidays known for " + isoDate(period.from) + " .. " + isoDate(period.to));
-        return std::nullopt;
+        return refuse("no holidays known for " + isoDate(period.from) + " .. " + isoDate(period.to));
     }
 }
 
-int failBeforeLaw(const std::string& what)
+Refusal beforeLaw(const std::string& what)
 {
-    return fail(what + " is before " + std::to_string(KZHolidayLaw::FirstYear)
+    return refuse(what + " is before " + std::to_string(KZHolidayLaw::FirstYear)
                 + ", where the holiday laws kzbs knows begin; --classic answers from the fixed table for "
                 + yearRangeText());
 }

@@ -36,9 +36,8 @@ struct Place {
 
 void addPlaceOptions(CLI::App& command, PlaceWords& words);
 
-// Checks the state's spelling and that the region belongs to it; writes the
-// error and returns nullopt otherwise.
-std::optional<Place> parsePlace(const PlaceWords& words, int& status);
+// Checks the state's spelling and that the region belongs to it.
+Checked<Place> parsePlace(const PlaceWords& words);
 
 // The years the rule set chosen (--classic or not) answers for, for messages.
 inline YearSpan spanOf(bool classic) { return classic ? YearSpan::Table : YearSpan::Law; }
@@ -48,13 +47,12 @@ std::string placeName(const Place& place);
 
 // The holidays of a period by the place's rule set: those that hold at the
 // place, or without a state all of them anywhere. Each carries where it
-// holds. Writes the error and returns nullopt for a period the rule set does
-// not reach.
-std::optional<std::vector<DatedHoliday>> holidaysAt(const Period& period, const Place& place, int& status);
+// holds. Refuses a period the rule set does not reach.
+Checked<std::vector<DatedHoliday>> holidaysAt(const Period& period, const Place& place);
 
-// The error for a question the law's rule set does not reach (before 1990):
-// "<what> is before 1990, ..."; it names --classic, which does.
-int failBeforeLaw(const std::string& what);
+// The message for a question the law's rule set does not reach (before
+// 1990): "<what> is before 1990, ..."; it names --classic, which does.
+Refusal beforeLaw(const std::string& what);
 
 } // namespace kzbs
 
