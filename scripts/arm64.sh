@@ -1,5 +1,5 @@
 #!/bin/sh
-# usage: scripts/arm64.sh WORKDIR
+# usage: scripts/arm64.sh WORKDIR [CTEST_ARG...]
 #
 # Cross-builds the library, its Qt platform layer, kzbs and the suite for
 # Linux on ARM64 and runs the suite under qemu-user, in a Debian 12 root with
@@ -19,8 +19,8 @@ here=$(cd "$(dirname "$0")" && pwd)
 root_sh=$here/root.sh
 . "$root_sh"
 
-if [ $# -ne 1 ]; then
-    echo "usage: $0 WORKDIR" >&2
+if [ $# -lt 1 ]; then
+    echo "usage: $0 WORKDIR [CTEST_ARG...]" >&2
     exit 2
 fi
 root_need_root arm64 "$@"
@@ -28,6 +28,7 @@ root_need_root arm64 "$@"
 qt=${ARM64_QT:-6}
 mkdir -p "$1"
 root=$(cd "$1" && pwd)/root
+shift
 [ "$qt" = 6 ] || root=$root-qt$qt
 jobs=${JOBS:-$(nproc)}
 cd "$here/.."
@@ -48,9 +49,12 @@ root_copy_tree "$root"
 export ROOT_BINFMT=aarch64
 root_enter "$root" '
     qt=$1 jobs=$2
+    shift 2
     echo "Debian $(cat /etc/debian_version) arm64 leg: $(aarch64-linux-gnu-g++ --version | head -n1)," \
          "$(qemu-aarch64 --version | head -n1), Qt $qt" >&2
     cmake -S . -B /build/arm64 -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/aarch64-linux-gnu.cmake \
           -DKZBS_QT_VERSION="$qt" >&2
     nice -n 10 cmake --build /build/arm64 -j "$jobs" >&2
-    ctest --test-dir /build/arm64 --output-on-failure -j "$jobs"' "$qt" "$jobs"
+    # The install checks build consumers with pkg-config: the target'"'"'s files.
+    export PKG_CONFIG_LIBDIR=/usr/lib/aarch64-linux-gnu/pkgconfig:/usr/share/pkgconfig
+    ctest --test-dir /build/arm64 --output-on-failure -j "$jobs" "$@"' "$qt" "$jobs" "$@"

@@ -16,7 +16,7 @@
 # root_enter runs in a private mount namespace with its own /proc, /dev and
 # /tmp: the host's mounts stay as they are and its device nodes are never
 # opened. With ROOT_BINFMT=aarch64 it also runs in a user namespace of its
-# own (uid 0 mapped to itself) with a binfmt_misc instance that hands arm64
+# own (every id mapped to itself) with a binfmt_misc instance that hands arm64
 # programs to qemu-aarch64, so programs the tests start run as well; the
 # host's binfmt_misc (Linux 6.7 and later keep one per user namespace) is
 # left alone. Device nodes cannot be made in that namespace.
@@ -88,8 +88,22 @@ EOF
     ln -s /proc/self/fd/1 "$root/dev/stdout"
     ln -s /proc/self/fd/2 "$root/dev/stderr"
     if [ -n "${ROOT_BINFMT:-}" ]; then
-        exec unshare --user --map-root-user --mount --propagation private \
-            sh "$root_sh" --binfmt "$root" "$@"
+        # Every id mapped to itself (tests chown files to other owners), the
+        # maps written from here once the child has its namespace.
+        sync=$root/tmp/.userns
+        mkfifo "$sync.ready" "$sync.mapped"
+        unshare --user --mount --propagation private sh -c \
+            'echo >"$1.ready"; read -r _ <"$1.mapped"; shift; exec sh "$@"' \
+            sh "$sync" "$root_sh" --binfmt "$root" "$@" &
+        child=$!
+        read -r _ <"$sync.ready"
+        echo "0 0 4294967295" >"$root/proc/$child/uid_map"
+        echo "0 0 4294967295" >"$root/proc/$child/gid_map"
+        echo >"$sync.mapped"
+        rm "$sync.ready" "$sync.mapped"
+        status=0
+        wait "$child" || status=$?
+        exit "$status"
     fi
     set -- --chroot "$root" "$@"
 fi
