@@ -148,62 +148,22 @@ inline void cbcDecrypt(const unsigned char* in, unsigned char* out, std::size_t 
     }
 }
 
-template <int Rounds>
-void ecbFixed(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W)
+// The kernels' entry points, one per direction and round count (a constant
+// or the run-time count, see withRoundCount).
+template <bool Encrypt, class Rounds>
+void ecbEntry(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, Rounds rounds)
 {
-    if (encrypt)
-        ecb<true>(in, out, blocks, W, Rounds);
-    else
-        ecb<false>(in, out, blocks, W, Rounds);
+    ecb<Encrypt>(in, out, blocks, W, rounds);
 }
 
-void ecbAny(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
-{
-    if (encrypt)
-        ecb<true>(in, out, blocks, W, rounds);
-    else
-        ecb<false>(in, out, blocks, W, rounds);
-}
-
-template <int Rounds>
-void cbcFixed(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+template <bool Encrypt, class Rounds>
+void cbcEntry(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, Rounds rounds,
               const unsigned char iv[16])
 {
-    if (encrypt)
-        cbcEncrypt(in, out, blocks, W, Rounds, iv);
-    else
-        cbcDecrypt(in, out, blocks, W, Rounds, iv);
-}
-
-void cbcAny(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-            const unsigned char iv[16])
-{
-    if (encrypt)
+    if (Encrypt)
         cbcEncrypt(in, out, blocks, W, rounds, iv);
     else
         cbcDecrypt(in, out, blocks, W, rounds, iv);
-}
-
-void ecbDispatch(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-                 int rounds)
-{
-    switch (rounds) {
-    case 10: ecbFixed<10>(encrypt, in, out, blocks, W); break;
-    case 12: ecbFixed<12>(encrypt, in, out, blocks, W); break;
-    case 14: ecbFixed<14>(encrypt, in, out, blocks, W); break;
-    default: ecbAny(encrypt, in, out, blocks, W, rounds); break;
-    }
-}
-
-void cbcDispatch(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-                 int rounds, const unsigned char iv[16])
-{
-    switch (rounds) {
-    case 10: cbcFixed<10>(encrypt, in, out, blocks, W, iv); break;
-    case 12: cbcFixed<12>(encrypt, in, out, blocks, W, iv); break;
-    case 14: cbcFixed<14>(encrypt, in, out, blocks, W, iv); break;
-    default: cbcAny(encrypt, in, out, blocks, W, rounds, iv); break;
-    }
 }
 
 bool available()
@@ -221,24 +181,24 @@ void encryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W
 
 void encryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
-    ecbDispatch(true, in, out, blocks, W, rounds);
+    withRoundCount(rounds, [&](auto r) { ecbEntry<true>(in, out, blocks, W, r); });
 }
 
 void decryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
-    ecbDispatch(false, in, out, blocks, W, rounds);
+    withRoundCount(rounds, [&](auto r) { ecbEntry<false>(in, out, blocks, W, r); });
 }
 
 void encryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                 const unsigned char iv[16])
 {
-    cbcDispatch(true, in, out, blocks, W, rounds, iv);
+    withRoundCount(rounds, [&](auto r) { cbcEntry<true>(in, out, blocks, W, r, iv); });
 }
 
 void decryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                 const unsigned char iv[16])
 {
-    cbcDispatch(false, in, out, blocks, W, rounds, iv);
+    withRoundCount(rounds, [&](auto r) { cbcEntry<false>(in, out, blocks, W, r, iv); });
 }
 
 } // namespace

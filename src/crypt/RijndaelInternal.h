@@ -8,6 +8,7 @@
 #include "KZCrypt.h"
 
 #include <cstddef>
+#include <type_traits>
 
 // The instruction sets this architecture can have; whether the processor in
 // hand has them is asked at run time (Implementation::available).
@@ -46,6 +47,20 @@ struct Implementation {
     void (*decryptCbc)(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                        const unsigned char iv[16]);
 };
+
+// Calls kernel(rounds) with the round count of the three key sizes (10, 12,
+// 14) as a compile-time constant, so that a hardware kernel's loops unroll,
+// and with any other count (ROUNDS may be set by hand) as it is.
+template <class Kernel>
+inline void withRoundCount(int rounds, Kernel&& kernel)
+{
+    switch (rounds) {
+    case 10: kernel(std::integral_constant<int, 10>()); break;
+    case 12: kernel(std::integral_constant<int, 12>()); break;
+    case 14: kernel(std::integral_constant<int, 14>()); break;
+    default: kernel(rounds); break;
+    }
+}
 
 extern const Implementation kPortable;   // table-driven, everywhere
 #if KZ_CRYPT_HAVE_AESNI
