@@ -148,19 +148,23 @@ inline void cbcDecrypt(const unsigned char* in, unsigned char* out, std::size_t 
     }
 }
 
-// The kernels' entry points, one per direction and round count (a constant
-// or the run-time count, see withRoundCount).
-template <bool Encrypt, class Rounds>
-void ecbEntry(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, Rounds rounds)
+// The kernels' entry points, one per round count (a constant or the
+// run-time count, see withRoundCount).
+template <class Rounds>
+void ecbEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+              Rounds rounds)
 {
-    ecb<Encrypt>(in, out, blocks, W, rounds);
+    if (encrypt)
+        ecb<true>(in, out, blocks, W, rounds);
+    else
+        ecb<false>(in, out, blocks, W, rounds);
 }
 
-template <bool Encrypt, class Rounds>
-void cbcEntry(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, Rounds rounds,
-              const unsigned char iv[16])
+template <class Rounds>
+void cbcEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+              Rounds rounds, const unsigned char iv[16])
 {
-    if (Encrypt)
+    if (encrypt)
         cbcEncrypt(in, out, blocks, W, rounds, iv);
     else
         cbcDecrypt(in, out, blocks, W, rounds, iv);
@@ -181,24 +185,24 @@ void encryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W
 
 void encryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
-    withRoundCount(rounds, [&](auto r) { ecbEntry<true>(in, out, blocks, W, r); });
+    withRoundCount(rounds, [&](auto r) { ecbEntry(true, in, out, blocks, W, r); });
 }
 
 void decryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
-    withRoundCount(rounds, [&](auto r) { ecbEntry<false>(in, out, blocks, W, r); });
+    withRoundCount(rounds, [&](auto r) { ecbEntry(false, in, out, blocks, W, r); });
 }
 
 void encryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                 const unsigned char iv[16])
 {
-    withRoundCount(rounds, [&](auto r) { cbcEntry<true>(in, out, blocks, W, r, iv); });
+    withRoundCount(rounds, [&](auto r) { cbcEntry(true, in, out, blocks, W, r, iv); });
 }
 
 void decryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                 const unsigned char iv[16])
 {
-    withRoundCount(rounds, [&](auto r) { cbcEntry<false>(in, out, blocks, W, r, iv); });
+    withRoundCount(rounds, [&](auto r) { cbcEntry(false, in, out, blocks, W, r, iv); });
 }
 
 } // namespace
