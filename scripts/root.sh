@@ -10,7 +10,8 @@
 #                                 uses (ROOT_MIRROR overrides it); made aside
 #                                 and renamed when complete
 #   root_copy_tree ROOT           the tracked files of the work tree to
-#                                 ROOT/src, as make package takes them
+#                                 ROOT/src, as make package takes them (the
+#                                 times of unchanged files kept)
 #   root_enter ROOT SCRIPT ARG... runs `sh -euc SCRIPT sh ARG...` in ROOT/src
 #
 # root_enter runs in a private mount namespace with its own /proc, /dev and
@@ -46,9 +47,21 @@ root_make() {
 }
 
 root_copy_tree() {
+    # Copied with the time of copying, then files whose bytes did not change
+    # take back the time of the copy before: the build folders in the root
+    # rebuild exactly what changed, whatever the work tree's times say.
+    rm -rf --one-file-system "$1/src.new"
+    mkdir "$1/src.new"
+    git ls-files -z | tar --null -T - -cf - | tar -xmf - -C "$1/src.new"
+    if [ -d "$1/src" ]; then
+        (cd "$1/src.new" && find . -type f) | while IFS= read -r file; do
+            if cmp -s "$1/src.new/$file" "$1/src/$file"; then
+                touch -r "$1/src/$file" "$1/src.new/$file"
+            fi
+        done
+    fi
     rm -rf --one-file-system "$1/src"
-    mkdir "$1/src"
-    git ls-files -z | tar --null -T - -cf - | tar -xf - -C "$1/src"
+    mv "$1/src.new" "$1/src"
     # Name resolution for apt, should a script want more than the root has.
     cp /etc/resolv.conf "$1/etc/resolv.conf" 2>/dev/null || true
 }
