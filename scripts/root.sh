@@ -126,7 +126,10 @@ if [ "${1:-}" = --binfmt ]; then
     shift 2
     [ "$ROOT_BINFMT" = aarch64 ] || { echo "root.sh: no binfmt for '$ROOT_BINFMT'" >&2; exit 2; }
     binfmt=$root/proc/sys/fs/binfmt_misc
-    mount -t binfmt_misc binfmt_misc "$binfmt"
+    if ! mount -t binfmt_misc binfmt_misc "$binfmt" 2>/dev/null; then
+        echo "root.sh: no binfmt_misc of this run's own (it needs Linux 6.7 or later, this is $(uname -r))" >&2
+        exit 1
+    fi
     # ELF, 64-bit, little-endian, executable or shared object, machine 183
     # (AArch64); F opens the emulator now, so the root's copy serves.
     printf '%s' ':qemu-aarch64:M::\x7fELF\x02\x01\x01\x00\x00\x00\x00\x00\x00\x00\x00\x00\x02\x00\xb7\x00:\xff\xff\xff\xff\xff\xff\xff\x00\xff\xff\xff\xff\xff\xff\xff\xff\xfe\xff\xff\xff:'"$root"'/usr/bin/qemu-aarch64:F' \
