@@ -10,10 +10,11 @@ DEB_BUILD  ?= build-deb
 BENCH_BUILD ?= build-bench
 FUZZ_BUILD ?= build-fuzz
 DEBIAN13_BUILD ?= build-debian13
+ARM64_BUILD ?= build-arm64
 JOBS       ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build run test test-normal test-asan test-qt5 test-tsan test-ports test-debian13 bench fuzz install package abi-record clean
+.PHONY: all deps build run test test-normal test-asan test-qt5 test-tsan test-ports test-debian13 test-arm64 bench fuzz install package abi-record clean
 
 all: build
 
@@ -63,7 +64,7 @@ test-tsan: deps
 	ctest --test-dir $(TSAN_BUILD) --output-on-failure -j $(JOBS)
 
 # The suite on other platforms than the host's, one target per platform.
-test-ports: test-debian13
+test-ports: test-debian13 test-arm64
 
 # The suite and the packages on Debian 13 (trixie), in a root made once under
 # $(DEBIAN13_BUILD)/root (see scripts/debian13.sh). To stay within CI's time
@@ -72,6 +73,13 @@ DEBIAN13_SUITE ?= test-normal
 test-debian13:
 	@./scripts/deps.sh debian13
 	./scripts/debian13.sh $(DEBIAN13_BUILD) $(DEBIAN13_SUITE) package
+
+# The whole library with Qt 6, kzbs and the suite cross-built for Linux on
+# ARM64 and run under qemu-user, in a Debian 12 root with the arm64
+# architecture, made once under $(ARM64_BUILD)/root (see scripts/arm64.sh).
+test-arm64:
+	@./scripts/deps.sh arm64
+	JOBS=$(JOBS) ./scripts/arm64.sh $(ARM64_BUILD)
 
 bench:
 	@./scripts/deps.sh bench

@@ -156,18 +156,11 @@ KZ_AES_INLINE void cbcDecrypt(const unsigned char* in, unsigned char* out, std::
     }
 }
 
-template <int Rounds>
-KZ_AES_TARGET void ecbFixed(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
-                            RoundKeys W)
-{
-    if (encrypt)
-        ecb<true>(in, out, blocks, W, Rounds);
-    else
-        ecb<false>(in, out, blocks, W, Rounds);
-}
-
-KZ_AES_TARGET void ecbAny(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
-                          RoundKeys W, int rounds)
+// The kernels' entry points, one per round count (a constant or the
+// run-time count, see withRoundCount).
+template <class Rounds>
+KZ_AES_TARGET void ecbEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+                            Rounds rounds)
 {
     if (encrypt)
         ecb<true>(in, out, blocks, W, rounds);
@@ -175,45 +168,14 @@ KZ_AES_TARGET void ecbAny(bool encrypt, const unsigned char* in, unsigned char* 
         ecb<false>(in, out, blocks, W, rounds);
 }
 
-template <int Rounds>
-KZ_AES_TARGET void cbcFixed(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
-                            RoundKeys W, const unsigned char iv[16])
-{
-    if (encrypt)
-        cbcEncrypt(in, out, blocks, W, Rounds, iv);
-    else
-        cbcDecrypt(in, out, blocks, W, Rounds, iv);
-}
-
-KZ_AES_TARGET void cbcAny(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
-                          RoundKeys W, int rounds, const unsigned char iv[16])
+template <class Rounds>
+KZ_AES_TARGET void cbcEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
+                            Rounds rounds, const unsigned char iv[16])
 {
     if (encrypt)
         cbcEncrypt(in, out, blocks, W, rounds, iv);
     else
         cbcDecrypt(in, out, blocks, W, rounds, iv);
-}
-
-void ecbDispatch(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-                 int rounds)
-{
-    switch (rounds) {
-    case 10: ecbFixed<10>(encrypt, in, out, blocks, W); break;
-    case 12: ecbFixed<12>(encrypt, in, out, blocks, W); break;
-    case 14: ecbFixed<14>(encrypt, in, out, blocks, W); break;
-    default: ecbAny(encrypt, in, out, blocks, W, rounds); break;
-    }
-}
-
-void cbcDispatch(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-                 int rounds, const unsigned char iv[16])
-{
-    switch (rounds) {
-    case 10: cbcFixed<10>(encrypt, in, out, blocks, W, iv); break;
-    case 12: cbcFixed<12>(encrypt, in, out, blocks, W, iv); break;
-    case 14: cbcFixed<14>(encrypt, in, out, blocks, W, iv); break;
-    default: cbcAny(encrypt, in, out, blocks, W, rounds, iv); break;
-    }
 }
 
 bool available() { return __builtin_cpu_supports("aes") && __builtin_cpu_supports("sse4.1"); }
@@ -227,24 +189,24 @@ KZ_AES_TARGET void encryptBlock(const unsigned char in[16], unsigned char out[16
 
 void encryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
-    ecbDispatch(true, in, out, blocks, W, rounds);
+    withRoundCount(rounds, [&](auto r) { ecbEntry(true, in, out, blocks, W, r); });
 }
 
 void decryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
-    ecbDispatch(false, in, out, blocks, W, rounds);
+    withRoundCount(rounds, [&](auto r) { ecbEntry(false, in, out, blocks, W, r); });
 }
 
 void encryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                 const unsigned char iv[16])
 {
-    cbcDispatch(true, in, out, blocks, W, rounds, iv);
+    withRoundCount(rounds, [&](auto r) { cbcEntry(true, in, out, blocks, W, r, iv); });
 }
 
 void decryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                 const unsigned char iv[16])
 {
-    cbcDispatch(false, in, out, blocks, W, rounds, iv);
+    withRoundCount(rounds, [&](auto r) { cbcEntry(false, in, out, blocks, W, r, iv); });
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // The cipher interface: key and cipher records, the block functions in ECB,
-// CBC and CFB1, and the choice between the portable code and the two hardware
-// paths.
+// CBC and CFB1, and the choice between the portable code and the hardware
+// paths (AES-NI and VAES on x86-64, the ARMv8 instructions on ARM64).
 #include "RijndaelInternal.h"
 
 #include <atomic>
@@ -20,6 +20,9 @@ const Implementation* const kImplementations[] = {
 #endif
 #if KZ_CRYPT_HAVE_VAES
     &kzcrypt::kVaes,
+#endif
+#if KZ_CRYPT_HAVE_ARMCE
+    &kzcrypt::kArmCe,
 #endif
 };
 

@@ -1,6 +1,7 @@
 // Helpers for the cipher tests: hex text, key records, and a fixture that
-// runs a test once on every implementation: the portable code, AES-NI and
-// VAES.
+// runs a test once on every implementation: the portable code, the
+// processor's AES instructions (AES-NI on x86-64, the ARMv8 Cryptography
+// Extensions on ARM64) and VAES.
 #ifndef KZ_CIPHER_TEST_SUPPORT_H
 #define KZ_CIPHER_TEST_SUPPORT_H
 
@@ -61,10 +62,19 @@ inline cipherInstance cipherOrFail(unsigned char mode, const char* iv = nullptr)
     return cipher;
 }
 
+// What RIJNDAEL_HARDWARE is on this architecture.
+#if defined(__aarch64__)
+constexpr const char* kHardwareName = "ArmCe";
+constexpr const char* kHardwareInstructions = "ARMv8 AES instructions (HWCAP_AES)";
+#else
+constexpr const char* kHardwareName = "AesNi";
+constexpr const char* kHardwareInstructions = "AES-NI instructions";
+#endif
+
 inline std::string implementationName(const ::testing::TestParamInfo<int>& info)
 {
     switch (info.param) {
-    case RIJNDAEL_HARDWARE: return "AesNi";
+    case RIJNDAEL_HARDWARE: return kHardwareName;
     case RIJNDAEL_VAES: return "Vaes";
     default: return "Portable";
     }
@@ -81,8 +91,8 @@ protected:
     {
         m_saved = rijndaelImplementation();
         if (!rijndaelImplementationAvailable(GetParam()))
-            GTEST_SKIP() << "this processor lacks the instructions of the "
-                         << (GetParam() == RIJNDAEL_VAES ? "VAES/AVX-512 path" : "AES-NI path");
+            GTEST_SKIP() << "this processor or build lacks the "
+                         << (GetParam() == RIJNDAEL_VAES ? "VAES/AVX-512 instructions" : kHardwareInstructions);
         ASSERT_EQ(rijndaelSetImplementation(GetParam()), GetParam());
     }
     void TearDown() override { rijndaelSetImplementation(m_saved); }

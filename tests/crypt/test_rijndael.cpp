@@ -52,6 +52,37 @@ TEST_P(CipherVectors, PartialBlocksAreIgnoredAndCounted)
     }
 }
 
+// Every path gives the portable code's bytes, both ways, in ECB and CBC, for
+// every key size, for lengths around the kernels' strides (8 blocks for the
+// one-block-per-instruction paths, 4 and 32 for VAES), in place and not.
+TEST_P(CipherVectors, BuffersEqualThePortablePath)
+{
+    const std::size_t counts[] = {1, 2, 3, 7, 8, 9, 15, 16, 17, 31, 32, 33, 36, 64, 65, 129};
+    unsigned seed = 700;
+    for (int bits : {128, 192, 256})
+        for (unsigned char mode : {MODE_ECB, MODE_CBC})
+            for (std::size_t blocks : counts)
+                for (unsigned char direction : {DIR_ENCRYPT, DIR_DECRYPT}) {
+                    const keyInstance key = makeKeyOrFail(direction, toHex(randomBytes(bits / 8u, ++seed)));
+                    const std::string iv = toHex(randomBytes(16, ++seed));
+                    const cipherInstance cipher = cipherOrFail(mode, iv.c_str());
+                    const Bytes data = randomBytes(16 * blocks, ++seed);
+                    const int length = static_cast<int>(data.size() * 8);
+                    const auto run = [&](Bytes& out, const unsigned char* in) {
+                        return direction == DIR_ENCRYPT ? blockEncrypt(&cipher, &key, in, length, out.data())
+                                                        : blockDecrypt(&cipher, &key, in, length, out.data());
+                    };
+                    Bytes portable(data.size()), path(data.size()), inPlace = data;
+                    rijndaelSetImplementation(RIJNDAEL_PORTABLE);
+                    run(portable, data.data());
+                    rijndaelSetImplementation(GetParam());
+                    EXPECT_EQ(run(path, data.data()), length);
+                    EXPECT_EQ(run(inPlace, inPlace.data()), length);
+                    EXPECT_EQ(path, portable) << bits << "/" << int(mode) << "/" << blocks << "/" << int(direction);
+                    EXPECT_EQ(inPlace, portable) << bits << "/" << int(mode) << "/" << blocks << "/" << int(direction);
+                }
+}
+
 // ROUNDS is process-wide: the latest makeKey sets it for every key record,
 // and a hand-set value outside 0..14 is clamped. For every count, on every
 // implementation, encryption runs the step-by-step rounds (round keys a
