@@ -16,7 +16,7 @@ CMAKE_FLAGS ?=
 # to that with GCC 12 (Debian 12's) only and ignores it for other compilers.
 WERROR_FLAGS := $(if $(filter true,$(CI)),-DKZBS_WERROR=ON)
 
-.PHONY: all deps build run test test-normal test-asan test-qt5 test-tsan test-ports test-debian13 bench fuzz install package abi-record clean
+.PHONY: all deps build run tidy test test-normal test-asan test-qt5 test-tsan test-ports test-debian13 bench fuzz install package abi-record clean
 
 all: build
 
@@ -32,6 +32,14 @@ build: deps $(BUILD)/build.ninja
 # Build output goes to stderr, so stdout is kzbs's own.
 run: build
 	@./$(BUILD)/tools/kzbs/kzbs $(ARGS)
+
+# clang-tidy 14 (.clang-tidy) over the library's and kzbs's sources with the
+# compile database of $(BUILD); any finding fails. Minutes long, so it runs
+# beside the suite, not in it.
+tidy: build
+	@./scripts/deps.sh tidy
+	@cmake -S . -B $(BUILD) -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >&2
+	nice -n 10 run-clang-tidy-14 -p $(BUILD) -j $(JOBS) -quiet '^$(CURDIR)/(src|tools)/'
 
 # Qt 6, Qt 6 under the sanitizers, Qt 5, then the core library under
 # ThreadSanitizer, each in its own build folder.
