@@ -22,7 +22,7 @@ inline bool isSeparator(char c)
 // the same call and names are short.
 std::size_t findChar(const std::string& s, char c)
 {
-    const void* at = std::memchr(s.data(), c, s.size());
+    const void* at = std::memchr(s.data(), c, s.size()); // NOLINT(bugprone-not-null-terminated-result): a search
     return at ? static_cast<std::size_t>(static_cast<const char*>(at) - s.data()) : std::string::npos;
 }
 
@@ -265,7 +265,7 @@ std::string KZFileName::getLeftDir(const std::string& s, unsigned long pos)
     if (pos == 0)
         return std::string();
     const std::size_t separator = s.rfind(sm_dirSeparatorChar, pos - 1);
-    const std::string element = separator == std::string::npos ? s.substr(0, pos)
+    std::string element = separator == std::string::npos ? s.substr(0, pos)
                                                                 : s.substr(separator, pos - separator);
     if (element == "/.." || element == ".." || element == "./")
         return std::string();
