@@ -195,7 +195,7 @@ const char* findLiteral(const char* text, std::size_t size, const char* needle, 
 
 bool scanPathAvailable(ScanPath path)
 {
-    switch (path) {
+    switch (path) { // NOLINT(bugprone-branch-clone): one line per path, though two say true
     case ScanPath::Bytes: return true;
 #if KZ_HAVE_X86_VECTORS
     case ScanPath::Sse2: return true;
