@@ -22,7 +22,7 @@ inline bool isSeparator(char c)
 // the same call and names are short.
 std::size_t findChar(const std::string& s, char c)
 {
-    const void* at = std::memchr(s.data(), c, s.size()); // NOLINT(bugprone-not-null-terminated-result): a search
+    const void* at = std::memchr(s.data(), c, s.size());
     return at ? static_cast<std::size_t>(static_cast<const char*>(at) - s.data()) : std::string::npos;
 }
 
