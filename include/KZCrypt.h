@@ -10,9 +10,8 @@
 // with spaces to whole cipher blocks, encrypts it in place with AES-CBC under a
 // fixed IV, and writes/reads it as a small tagged stream ("RCBC").
 //
-// Invariants: the round count is NOT part of a key record. It lives in the
-// process-wide ROUNDS, which makeKey sets (10, 12 or 14) and every cipher
-// function reads; the most recent makeKey decides for all key records. This is
+// Invariants: the round count is NOT part of a key record but the process-wide
+// ROUNDS, so the most recent makeKey decides for all key records. This is
 // deliberate and kept for compatibility: call makeKey again before using a key
 // record of another length.
 //

@@ -6,12 +6,10 @@
 //
 // Local time: the zone offset is CrossPlatformApi::timezone() - the offset in
 // force at the moment of the call, daylight saving included - and on top of it
-// this class applies its own fixed rule: summer time from the last Sunday of
-// March, 02:00, to the last Sunday of October, 01:00 (both in the clock that
-// BuildLocal gives). Whether the rule applies at all is
-// CrossPlatformApi::daylight(). The same clock reading therefore converts one
-// hour differently when the machine is on summer time; that is how existing
-// data was written and is kept for compatibility.
+// this class applies its own fixed summer-time rule (BeginDST, EndDST, IsDST).
+// The same clock reading therefore converts one hour differently when the
+// machine is on summer time; that is how existing data was written and is kept
+// for compatibility.
 //
 // PrintDateFlag is process-wide and unguarded (set it at start-up); everything
 // else works on the value and the zone information and may run on any thread.

@@ -2,7 +2,7 @@
 # Installs the Debian packages a make target needs, when any is missing.
 # Runs apt-get as root (or through sudo), never interactively.
 #
-#   scripts/deps.sh [bench] [fuzz] [package] [debian13] [arm64]
+#   scripts/deps.sh [bench] [fuzz] [package] [tidy] [debian13] [arm64]
 #
 # Without arguments: what building and testing need (both Qt versions, the
 # test tools). Each named group adds what its make target needs on top;
@@ -16,6 +16,7 @@ build="cmake ninja-build g++ pkg-config make ccache
        python3 python3-icalendar abigail-tools"
 bench="libbenchmark-dev libre2-dev libpcre2-dev ripgrep hyperfine"
 fuzz="clang libclang-rt-14-dev"
+tidy="clang-tidy-14 clang-format-14"   # Debian 12's, as .clang-format and .clang-tidy expect
 package="build-essential debhelper dpkg-dev fakeroot lintian"
 debian13="mmdebstrap debian-archive-keyring"
 arm64="mmdebstrap debian-archive-keyring"
@@ -26,9 +27,10 @@ for group in "$@"; do
         bench)   packages="$packages $bench" ;;
         fuzz)    packages="$packages $fuzz" ;;
         package) packages="$packages $package" ;;
+        tidy)    packages="$packages $tidy" ;;
         debian13) packages="$packages $debian13" ;;
         arm64)   packages="$packages $arm64" ;;
-        *) echo "deps: unknown group '$group' (bench, fuzz, package, debian13, arm64)" >&2; exit 2 ;;
+        *) echo "deps: unknown group '$group' (bench, fuzz, package, tidy, debian13, arm64)" >&2; exit 2 ;;
     esac
 done
 

@@ -91,9 +91,9 @@ constexpr Generated kGen = generate();
 } // namespace
 
 // Spell out 256 initialisers so the exported arrays are constant-initialised.
-#define KZ_R4(f, i) f(i) f(i + 1) f(i + 2) f(i + 3)
-#define KZ_R16(f, i) KZ_R4(f, i) KZ_R4(f, i + 4) KZ_R4(f, i + 8) KZ_R4(f, i + 12)
-#define KZ_R64(f, i) KZ_R16(f, i) KZ_R16(f, i + 16) KZ_R16(f, i + 32) KZ_R16(f, i + 48)
+#define KZ_R4(f, i) f(i) f((i) + 1) f((i) + 2) f((i) + 3)
+#define KZ_R16(f, i) KZ_R4(f, i) KZ_R4(f, (i) + 4) KZ_R4(f, (i) + 8) KZ_R4(f, (i) + 12)
+#define KZ_R64(f, i) KZ_R16(f, i) KZ_R16(f, (i) + 16) KZ_R16(f, (i) + 32) KZ_R16(f, (i) + 48)
 #define KZ_R256(f) KZ_R64(f, 0) KZ_R64(f, 64) KZ_R64(f, 128) KZ_R64(f, 192)
 
 #define KZ_LOG(i) kGen.log[i],

@@ -105,7 +105,7 @@ std::string KZFileName::asParmeterisedString(const std::string& symbolName) cons
 {
     KZFileName symbolDir;
     symbolDir.setFullPath(GlobalFileEnvironment.getSymbol(symbolName));
-    const std::string name = compose();
+    std::string name = compose();
     if (symbolDir.compose().empty())
         return name;
 

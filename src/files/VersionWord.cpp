@@ -22,6 +22,7 @@ std::string wordToVersionString(unsigned short version)
     return text;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the exported signature takes a copy
 unsigned short versionStringToWord(std::string text)
 {
     const long long major = leadingInteger(text.c_str());

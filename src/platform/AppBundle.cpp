@@ -58,7 +58,7 @@ QString applicationDirPath()
 
 QString bundlePath()
 {
-    const QString folder = applicationDirPath();
+    QString folder = applicationDirPath();
     QDir dir(folder);
     if (dir.dirName() == QLatin1String("MacOS") && dir.cdUp()
         && dir.dirName() == QLatin1String("Contents") && dir.cdUp()

@@ -92,11 +92,11 @@ std::string bundleId()
 // identifier's last "."), so that both appear as one application.
 std::string mainBundleId()
 {
-    const std::string mainId = bundleId();
+    std::string mainId = bundleId();
     const QString outer = outerBundleId();
     if (outer.isEmpty())
         return mainId;
-    const std::string outerId = cp1252(outer);
+    std::string outerId = cp1252(outer);
     const size_t lastDot = outerId.rfind('.');
     if (lastDot != std::string::npos && std::strncmp(outerId.c_str(), mainId.c_str(), lastDot) == 0)
         return outerId;

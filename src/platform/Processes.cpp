@@ -63,7 +63,7 @@ QStringList splitArguments(const char* arguments)
     static const QRegularExpression splitter(
         QStringLiteral("[\\s]*(\"[^\"]*\")|([^\\s]+)[\\s]*"));
     QStringList list;
-    int offset = 0;
+    qsizetype offset = 0;
     for (;;) {
         const QString line = QString::fromUtf8(arguments);
         const QRegularExpressionMatch match = splitter.match(line, offset);

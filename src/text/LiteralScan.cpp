@@ -196,7 +196,7 @@ const char* findLiteral(const char* text, std::size_t size, const char* needle, 
 bool scanPathAvailable(ScanPath path)
 {
     switch (path) {
-    case ScanPath::Bytes: return true;
+    case ScanPath::Bytes: return true; // NOLINT(bugprone-branch-clone): a line per path, though two say true
 #if KZ_HAVE_X86_VECTORS
     case ScanPath::Sse2: return true;
     case ScanPath::Avx2: return __builtin_cpu_supports("avx2");

@@ -57,8 +57,10 @@ void compileClass(const char** p, unsigned char* out)
             // of them has been added on its own already.
             const signed char a = static_cast<signed char>(s[-1]);
             const signed char b = static_cast<signed char>(s[1]);
-            const int low = a < b ? a : b;
-            const int high = a < b ? b : a;
+            // Signed on purpose: bytes from 0x80 order before ASCII in a
+            // range, as they always have, whatever the platform's char.
+            const int low = a < b ? a : b;  // NOLINT(bugprone-signed-char-misuse)
+            const int high = a < b ? b : a; // NOLINT(bugprone-signed-char-misuse)
             for (int c = low + 1; c <= high; ++c)
                 setBit(bitmap, static_cast<unsigned char>(c));
             s += 2;

@@ -340,7 +340,7 @@ std::string fromTerminal(const std::string& utf8)
 {
     if (!isUtf8(utf8))
         throw InputError("'" + printable(utf8) + "' is not valid UTF-8, the encoding kzbs reads");
-    const std::string cp1252 = CrossPlatformApi::internalEncoding(utf8);
+    std::string cp1252 = CrossPlatformApi::internalEncoding(utf8);
     if (toTerminal(cp1252) != utf8)
         throw InputError("'" + printable(utf8) + "' holds a character that Windows-1252, the library's text "
                          "encoding, has not");

@@ -108,7 +108,7 @@ std::string cycleIn(const std::map<std::string, std::string>& symbols)
                     chain += "<" + *at + "> -> ";
                 return chain + "<" + next + ">";
             }
-            const std::string found = visit(next);
+            std::string found = visit(next);
             if (!found.empty())
                 return found;
         }
@@ -118,7 +118,7 @@ std::string cycleIn(const std::map<std::string, std::string>& symbols)
     };
     for (const auto& symbol : symbols)
         if (state[symbol.first] == 0) {
-            const std::string found = visit(symbol.first);
+            std::string found = visit(symbol.first);
             if (!found.empty())
                 return found;
         }

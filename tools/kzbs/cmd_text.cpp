@@ -525,6 +525,7 @@ int number(const std::vector<std::string>& words)
     }
     // Check every word before printing any, so bad input never leaves half an answer.
     std::vector<std::string> numbers;
+    numbers.reserve(words.size());
     for (const std::string& word : words)
         numbers.push_back(germanNumber(word, ""));
     for (const std::string& number : numbers)

@@ -134,6 +134,7 @@ HolidayRow rowOf(const DatedHoliday& holiday)
 std::vector<HolidayRow> rowsOf(const std::vector<DatedHoliday>& holidays)
 {
     std::vector<HolidayRow> rows;
+    rows.reserve(holidays.size());
     for (const DatedHoliday& holiday : holidays)
         rows.push_back(rowOf(holiday));
     return rows;
