@@ -2,11 +2,12 @@
 # Installs the Debian packages a make target needs, when any is missing.
 # Runs apt-get as root (or through sudo), never interactively.
 #
-#   scripts/deps.sh [bench] [fuzz] [package] [debian13]
+#   scripts/deps.sh [bench] [fuzz] [package] [debian13] [windows]
 #
 # Without arguments: what building and testing need (both Qt versions, the
 # test tools). Each named group adds what its make target needs on top;
-# debian13 is what makes the Debian 13 root of make test-debian13.
+# debian13 is what makes the Debian 13 root of make test-debian13;
+# windows cross-builds for Windows x64 and runs the suite under Wine.
 set -eu
 
 build="cmake ninja-build g++ pkg-config make ccache
@@ -17,6 +18,7 @@ bench="libbenchmark-dev libre2-dev libpcre2-dev ripgrep hyperfine"
 fuzz="clang libclang-rt-14-dev"
 package="build-essential debhelper dpkg-dev fakeroot lintian"
 debian13="mmdebstrap debian-archive-keyring"
+windows="g++-mingw-w64-x86-64-posix wine64 googletest"
 
 packages="$build"
 for group in "$@"; do
@@ -25,7 +27,8 @@ for group in "$@"; do
         fuzz)    packages="$packages $fuzz" ;;
         package) packages="$packages $package" ;;
         debian13) packages="$packages $debian13" ;;
-        *) echo "deps: unknown group '$group' (bench, fuzz, package, debian13)" >&2; exit 2 ;;
+        windows) packages="$packages $windows" ;;
+        *) echo "deps: unknown group '$group' (bench, fuzz, package, debian13, windows)" >&2; exit 2 ;;
     esac
 done
 

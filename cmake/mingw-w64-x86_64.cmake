@@ -1,0 +1,34 @@
+# Cross-compiles for Windows x64 with Debian's MinGW-w64 (the POSIX-threads
+# variant, which has std::thread and std::mutex), and runs the built programs
+# under Wine, so that ctest drives the suite as it does natively:
+#
+#   cmake -S . -B build-windows -G Ninja -DKZBS_WITH_QT=OFF \
+#         -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake
+#
+# GoogleTest is built from Debian's sources (package googletest) for the
+# target; KZBS_GTEST_SOURCE_DIR names them. The programs run through
+# scripts/wine-run.sh, which keeps Wine quiet and off the display, in a Wine
+# prefix of their own in the build folder.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+
+set(KZBS_MINGW x86_64-w64-mingw32)
+set(CMAKE_C_COMPILER ${KZBS_MINGW}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${KZBS_MINGW}-g++-posix)
+set(CMAKE_RC_COMPILER ${KZBS_MINGW}-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/${KZBS_MINGW})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+# The compiler's own runtime (libstdc++, libgcc, winpthread) is linked in
+# statically, and every program and DLL lands in one folder, so that the
+# programs run from the build tree as they are: Windows finds a DLL beside
+# the program that loads it.
+set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine-run.sh ${CMAKE_BINARY_DIR}/wineprefix)
+set(KZBS_GTEST_SOURCE_DIR /usr/src/googletest CACHE PATH "GoogleTest sources, built for the target")
