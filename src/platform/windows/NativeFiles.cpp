@@ -46,16 +46,24 @@ bool modificationTime(const std::string& path, std::time_t& time)
     return true;
 }
 
+// As realpath: "." and ".." resolved, no separator at the end but the
+// root's. Links are not followed.
 bool resolvedPath(const std::string& path, std::string& resolved)
 {
     const std::wstring name = wide(path);
     if (::GetFileAttributesW(name.c_str()) == INVALID_FILE_ATTRIBUTES)
         return false;
-    wchar_t* full = ::_wfullpath(nullptr, name.c_str(), 0);
-    if (!full)
+    const DWORD length = ::GetFullPathNameW(name.c_str(), 0, nullptr, nullptr);
+    if (length == 0)
         return false;
+    std::wstring full(length, L'\0');
+    const DWORD written = ::GetFullPathNameW(name.c_str(), length, &full[0], nullptr);
+    if (written == 0 || written >= length)
+        return false;
+    full.resize(written);
+    while (full.size() > 3 && (full.back() == L'\\' || full.back() == L'/'))
+        full.pop_back();
     resolved = utf8(full);
-    std::free(full);
     return true;
 }
 
