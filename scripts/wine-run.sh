@@ -2,6 +2,7 @@
 # Runs a Windows program under Wine for the cross build's ctest:
 #
 #   scripts/wine-run.sh PREFIX PROGRAM.exe [ARGS...]
+#   scripts/wine-run.sh PREFIX          (only makes the prefix)
 #
 # PREFIX is a private Wine prefix, made here on first use (quietly, without a
 # display, serialised so that programs started in parallel do not both make
@@ -22,4 +23,5 @@ if [ ! -f "$prefix/system.reg" ]; then
     flock "$prefix.lock" sh -c '[ -f "$WINEPREFIX/system.reg" ] || "$1" wineboot --init >/dev/null 2>&1' sh "$wine"
 fi
 "$wineserver" -p 60 2>/dev/null || true # exits at once when one is running
+[ $# -gt 0 ] || exit 0
 exec "$wine" "$@"
