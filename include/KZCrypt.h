@@ -27,6 +27,7 @@
 
 #include "KZExport.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <string>
@@ -272,6 +273,46 @@ public:
     // Writes the buffer as it stands (encode first). false if the stream
     // fails, or, writing nothing, if setSize claimed more bytes than are held.
     bool writeEncrypted(std::ostream& out) const;
+
+    // The largest size setBuffer takes: its padded size still fits 32 bits.
+    static constexpr std::uint32_t kMaxBufferSize = 0xFFFFFFF0u;
+
+    // --- Checking keys and streams before use --------------------------------
+    // The rules setKey and readEncrypted go by, for a program that wants to
+    // name what is wrong with a key or a stream rather than encrypt with a key
+    // that means something else, or decode noise.
+
+    // The longest key text setKey accepts: size / 2 characters (0 for a size
+    // other than the three).
+    static std::size_t longestKeyText(KeySize size);
+    // How many characters of a key text count: size / 8. A longer text
+    // encrypts like its first size / 8 characters.
+    static std::size_t keyCharactersUsed(KeySize size);
+    // The key bytes encode and decode use for the key text `key`, by setKey's
+    // conversions: keyCharactersUsed(size) bytes. For ordinary text they are
+    // the characters, padded with zero bytes; the numeric conversion makes
+    // 0xff of a character 0x80-0xFF that is not among the last three. Empty
+    // when encode and decode would run with the all-zero key schedule
+    // instead: the text is longer than longestKeyText(size), or the numeric
+    // conversion meets a character below 0x10 among the counted ones.
+    static std::string keyBytes(const std::string& key, KeySize size, bool useByteTable);
+
+    // The fixed start of a stream: tag, bufferSize, cryptedSize.
+    static constexpr std::size_t kStreamHeaderSize = 12;
+    struct StreamHeader {
+        char tag[4];
+        std::uint32_t bufferSize;
+        std::uint32_t cryptedSize;
+    };
+    // Reads the header from the first kStreamHeaderSize bytes of `data`;
+    // false, leaving `header` as it was, when `size` is smaller. The sizes
+    // are taken as they stand, as readEncrypted takes them.
+    static bool readStreamHeader(const char* data, std::size_t size, StreamHeader& header);
+    // Whether the bytes after bufferSize are the padding of spaces setBuffer
+    // adds. After decode with a wrong key they are noise: the format's only
+    // sign of one. It cannot show when bufferSize is a multiple of 16 (no
+    // padding), and one byte of padding lets a wrong key pass once in 256.
+    bool hasSpacePadding() const;
 
 protected:
     // The bytes encode/decode may touch: cryptedSize, bounded by what is held.

@@ -16,8 +16,6 @@
 
 namespace {
 
-// The largest size whose rounding up to whole blocks fits 32 bits.
-constexpr std::uint32_t kMaxBufferSize = 0xFFFFFFF0u;
 // Bytes per blockEncrypt call: the cipher counts bits in an int.
 constexpr std::uint32_t kChunkBytes = 1u << 27;
 // Memory for a stream of unknown length grows from here as bytes arrive.
@@ -101,6 +99,56 @@ std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size, std::uin
     }
 }
 
+// The hex digits of a key text: one per key bit, 0 for an unknown size.
+unsigned int keyTextLengthOf(KZCrypt::KeySize size)
+{
+    const bool known = size == KZCrypt::Key128 || size == KZCrypt::Key192 || size == KZCrypt::Key256;
+    return known ? static_cast<unsigned>(size) : 0;
+}
+
+int hexDigitValue(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+// Turns key text into the hex digits makeKey reads: `length` digits at
+// `out`, which holds one byte more. false, writing nothing, for a text longer
+// than length / 2 characters.
+bool writeKeyText(const std::string& key, unsigned int length, bool useByteTable, char* out)
+{
+    if (key.size() > length / 2)
+        return false;
+    std::memset(out, '0', length);
+    const std::size_t tail = key.size() < 3 ? 0 : key.size() - 3;
+    const bool highByteAtEnd = std::any_of(key.begin() + static_cast<std::ptrdiff_t>(tail), key.end(),
+                                           [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    if (useByteTable || highByteAtEnd) {
+        static const char digits[] = "0123456789abcdef";
+        for (std::size_t i = 0; i < key.size(); ++i) {
+            const unsigned char b = static_cast<unsigned char>(key[i]);
+            out[2 * i] = digits[b >> 4];
+            out[2 * i + 1] = digits[b & 15];
+        }
+        return true;
+    }
+    // Numeric conversion, kept for compatibility with existing keys: each
+    // character's itoa text (with its NUL) at 2i, later characters overwriting
+    // the tail of earlier ones. No 0x80-0xFF among the last three means every
+    // text ends by position 2 x length, which the extra byte holds.
+    for (std::size_t i = 0; i < key.size(); ++i) {
+        char text[12] = {};
+        itoa(static_cast<signed char>(key[i]), text, 16);
+        const std::size_t room = length + 1 - 2 * i;
+        std::memcpy(out + 2 * i, text, std::min(std::strlen(text) + 1, room));
+    }
+    out[2 * key.size()] = '0';
+    return true;
+}
+
 // The first chunk for a stream of unknown length also stays within the
 // caller's bound on missing bytes, but not below this.
 constexpr std::uint32_t kSmallestReadChunk = 4096;
@@ -123,40 +171,51 @@ KZCrypt::~KZCrypt()
     delete[] m_keyText;
 }
 
-unsigned int KZCrypt::keyTextLength() const
+unsigned int KZCrypt::keyTextLength() const { return keyTextLengthOf(m_keySize); }
+
+bool KZCrypt::setKey(const std::string& key) { return writeKeyText(key, keyTextLength(), m_useByteTable, m_keyText); }
+
+std::size_t KZCrypt::longestKeyText(KeySize size) { return keyTextLengthOf(size) / 2; }
+
+std::size_t KZCrypt::keyCharactersUsed(KeySize size) { return keyTextLengthOf(size) / 8; }
+
+// makeKey reads the first size / 4 digits, two to a byte, and refuses the
+// key at a character that is no hex digit.
+std::string KZCrypt::keyBytes(const std::string& key, KeySize size, bool useByteTable)
 {
-    return m_keySize == Key128 || m_keySize == Key192 || m_keySize == Key256 ? static_cast<unsigned>(m_keySize) : 0;
+    const unsigned int length = keyTextLengthOf(size);
+    std::string text(length + 1, '\0'), bytes;
+    if (length > 0 && writeKeyText(key, length, useByteTable, &text[0])) {
+        for (std::size_t i = 0; i < length / 4; i += 2) {
+            const int high = hexDigitValue(text[i]), low = hexDigitValue(text[i + 1]);
+            if (high < 0 || low < 0) {
+                wipe(&bytes[0], bytes.size());
+                bytes.clear();
+                break;
+            }
+            bytes += static_cast<char>(high * 16 + low);
+        }
+    }
+    wipe(&text[0], text.size());
+    return bytes;
 }
 
-bool KZCrypt::setKey(const std::string& key)
+bool KZCrypt::readStreamHeader(const char* data, std::size_t size, StreamHeader& header)
 {
-    const unsigned int length = keyTextLength();
-    if (key.size() > length / 2)
+    if (!data || size < kStreamHeaderSize)
         return false;
-    std::memset(m_keyText, '0', length);
-    const std::size_t tail = key.size() < 3 ? 0 : key.size() - 3;
-    const bool highByteAtEnd = std::any_of(key.begin() + static_cast<std::ptrdiff_t>(tail), key.end(),
-                                           [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-    if (m_useByteTable || highByteAtEnd) {
-        static const char digits[] = "0123456789abcdef";
-        for (std::size_t i = 0; i < key.size(); ++i) {
-            const unsigned char b = static_cast<unsigned char>(key[i]);
-            m_keyText[2 * i] = digits[b >> 4];
-            m_keyText[2 * i + 1] = digits[b & 15];
-        }
-        return true;
-    }
-    // Numeric conversion, kept for compatibility with existing keys: each
-    // character's itoa text (with its NUL) at 2i, later characters overwriting
-    // the tail of earlier ones. No 0x80-0xFF among the last three means every
-    // text ends by position 2 x length, which the extra byte holds.
-    for (std::size_t i = 0; i < key.size(); ++i) {
-        char text[12] = {};
-        itoa(static_cast<signed char>(key[i]), text, 16);
-        const std::size_t room = length + 1 - 2 * i;
-        std::memcpy(m_keyText + 2 * i, text, std::min(std::strlen(text) + 1, room));
-    }
-    m_keyText[2 * key.size()] = '0';
+    std::memcpy(header.tag, data, 4);
+    header.bufferSize = getLittleEndian(data + 4);
+    header.cryptedSize = getLittleEndian(data + 8);
+    return true;
+}
+
+bool KZCrypt::hasSpacePadding() const
+{
+    const unsigned int held = heldCryptedSize();
+    for (unsigned int i = m_bufferSize; i < held; ++i)
+        if (m_buffer[i] != ' ')
+            return false;
     return true;
 }
 

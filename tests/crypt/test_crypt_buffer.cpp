@@ -95,6 +95,87 @@ TEST(CryptKey, LengthRulesAndRefusedKeys)
         EXPECT_EQ(encrypted(key, data).substr(12), std::string(out.begin(), out.end())) << key.size();
 }
 
+std::string encryptedWith(const std::string& key, KZCrypt::KeySize size, bool byteTable, const std::string& data)
+{
+    KZCryptRijndael crypt(key, size, byteTable);
+    crypt.setBuffer(data);
+    crypt.encode();
+    return streamOf(crypt);
+}
+
+// keyBytes tells what encode will use: the same ciphertext comes from those
+// bytes given through the byte table. Empty means the all-zero schedule.
+TEST(CryptKey, KeyBytesAreTheBytesEncodeUses)
+{
+    const std::string z16(16, '\0');
+    const struct {
+        std::string key;
+        KZCrypt::KeySize size;
+        bool byteTable;
+        std::string bytes;
+    } cases[] = {
+        {"AB", KZCrypt::Key128, false, "AB" + z16.substr(2)},
+        {"", KZCrypt::Key128, false, z16},
+        {std::string(20, 'k'), KZCrypt::Key128, false, std::string(16, 'k')},
+        {std::string(20, 'k'), KZCrypt::Key192, false, std::string(20, 'k') + std::string(4, '\0')},
+        {std::string(40, 'k'), KZCrypt::Key256, false, std::string(32, 'k')},
+        {"a\xE4xyz", KZCrypt::Key128, false, "a\xFFxyz" + z16.substr(5)},   // early high byte
+        {"a\xE4xy", KZCrypt::Key128, false, "a\xE4xy" + z16.substr(4)},     // among the last three
+        {"a\xE4xyz", KZCrypt::Key128, true, "a\xE4xyz" + z16.substr(5)},
+        {"a\x01" "bc", KZCrypt::Key128, true, "a\x01" "bc" + z16.substr(4)},
+        {"a\x01" "bc", KZCrypt::Key128, false, ""},                          // below 0x10
+        {std::string(17, 'k') + "\x01", KZCrypt::Key128, false, std::string(16, 'k')},   // not counted
+        {std::string(65, 'k'), KZCrypt::Key128, false, ""},                   // too long
+        {"AB", static_cast<KZCrypt::KeySize>(100), false, ""},
+    };
+    const std::string data = "some data";
+    for (const auto& c : cases) {
+        const std::string bytes = KZCrypt::keyBytes(c.key, c.size, c.byteTable);
+        EXPECT_EQ(bytes, c.bytes) << c.key << ' ' << c.size;
+        if (!bytes.empty()) {
+            EXPECT_EQ(encryptedWith(c.key, c.size, c.byteTable, data), encryptedWith(bytes, c.size, true, data))
+                << c.key;
+        }
+    }
+    const struct { KZCrypt::KeySize size; std::size_t longest, used; } lengths[] = {
+        {KZCrypt::Key128, 64, 16}, {KZCrypt::Key192, 96, 24}, {KZCrypt::Key256, 128, 32},
+        {static_cast<KZCrypt::KeySize>(100), 0, 0}};
+    for (const auto& l : lengths) {
+        EXPECT_EQ(KZCrypt::longestKeyText(l.size), l.longest) << l.size;
+        EXPECT_EQ(KZCrypt::keyCharactersUsed(l.size), l.used) << l.size;
+    }
+}
+
+TEST(CryptStream, HeaderAndPaddingForCheckingTools)
+{
+    const std::string stream = encrypted("secret", "hello");
+    KZCrypt::StreamHeader header {{'x', 'x', 'x', 'x'}, 7, 7};
+    EXPECT_FALSE(KZCrypt::readStreamHeader(stream.data(), KZCrypt::kStreamHeaderSize - 1, header));
+    EXPECT_FALSE(KZCrypt::readStreamHeader(nullptr, 100, header));
+    EXPECT_EQ(header.bufferSize, 7u);
+    ASSERT_TRUE(KZCrypt::readStreamHeader(stream.data(), stream.size(), header));
+    EXPECT_EQ(std::string(header.tag, 4), "RCBC");
+    EXPECT_EQ(header.bufferSize, 5u);
+    EXPECT_EQ(header.cryptedSize, 16u);
+    const std::string odd = "RCBC" + le32(0x01020304) + le32(0xF0000000);
+    ASSERT_TRUE(KZCrypt::readStreamHeader(odd.data(), odd.size(), header));
+    EXPECT_EQ(header.bufferSize, 0x01020304u);
+    EXPECT_EQ(header.cryptedSize, 0xF0000000u);
+
+    const struct { const char* key; std::string data; bool padded; } cases[] = {
+        {"secret", "hello", true}, {"wrong", "hello", false}, {"wrong", std::string(16, 'x'), true}};
+    for (const auto& c : cases) {
+        KZCryptRijndael crypt(c.key, KZCrypt::Key128, false);
+        std::istringstream in(encrypted("secret", c.data));
+        ASSERT_TRUE(crypt.readEncrypted(in));
+        crypt.decode();
+        EXPECT_EQ(crypt.hasSpacePadding(), c.padded) << c.key << ' ' << c.data;
+    }
+    KZCryptRijndael claimed("k", KZCrypt::Key128, false);
+    claimed.setSize(5);   // nothing held: nothing to check
+    EXPECT_TRUE(claimed.hasSpacePadding());
+}
+
 TEST(CryptStream, LayoutAndShortTags)
 {
     EXPECT_EQ(encrypted("secret", "hello").substr(0, 12), "RCBC" + le32(5) + le32(16));

@@ -9,10 +9,16 @@ test -f "$prefix/include/KzBasicServices/CrossPlatformApi.h"
 test -f "$prefix/share/man/man1/kzbs.1"
 test -f "$prefix/share/bash-completion/completions/kzbs"
 
-# The installed tool finds its library from any prefix.
+# The installed tool finds its library and its helper for ini and folders
+# from any prefix; it needs the core library alone.
+objdump -p "$prefix/bin/kzbs" >"$work/kzbs-needed"
+grep -q 'NEEDED *libKzBasicServicesCore\.so\.1$' "$work/kzbs-needed"
+if grep -E 'libQt|libKzBasicServices\.so' "$work/kzbs-needed"; then exit 1; fi
 test "$("$prefix/bin/kzbs" easter 2024)" = "2024-03-31"
+test "$("$prefix/bin/kzbs" folders | tail -n 1)" = "application          $(cd "$prefix/bin" && pwd -P)"
 mv "$prefix" "$work/moved"
 test "$("$work/moved/bin/kzbs" easter 2025)" = "2025-04-20"
+test "$("$work/moved/bin/kzbs" folders | tail -n 1)" = "application          $(cd "$work/moved/bin" && pwd -P)"
 mv "$work/moved" "$prefix"
 
 # Through the CMake package.

@@ -160,6 +160,13 @@ CLI::App& Program::add(const char* name, const char* summary, const char* usage,
     return *command;
 }
 
+void Program::addHandoff(const char* name, const char* summary, const char* usage, Handoff run)
+{
+    m_app.add_subcommand(name, summary);
+    m_usages[name] = usage;
+    m_handoffs[name] = std::move(run);
+}
+
 void Program::printOverview(std::ostream& out) const
 {
     out << "usage: kzbs COMMAND [ARGS...]   (kzbs COMMAND --help for details)\n"
@@ -239,6 +246,8 @@ int Program::dispatch(int argc, char** argv)
                    : fail("unknown command '" + printable(argv[2]) + "' (see kzbs --help)");
     if (argc > 3 && std::string(argv[1]) == "help")
         return fail("help takes one command (see kzbs help help)");
+    if (argc >= 2 && m_handoffs.count(argv[1]))
+        return m_handoffs[argv[1]](argc, argv);
     // CLI11 hands a "--" after a command's optional words to the level above;
     // kzbs has one level, so the words after it go straight to the command.
     std::vector<std::string> args(argv + 1, argv + argc);

@@ -30,6 +30,11 @@ public:
     // what `kzbs NAME --help` prints. Options go on the returned command;
     // `run` is called once they are parsed and returns the exit status.
     CLI::App& add(const char* name, const char* summary, const char* usage, Run run);
+    // Adds the command `name`, listed and explained like the others, whose
+    // arguments go untouched to `run` with the whole command line (argv[1]
+    // is `name`): another program does the parsing.
+    using Handoff = std::function<int(int argc, char** argv)>;
+    void addHandoff(const char* name, const char* summary, const char* usage, Handoff run);
     // The positional words of `command`, in the order given (options may
     // stand between them), each exactly as typed. Everything after "--" is a
     // word too, even when it begins with '-'.
@@ -57,6 +62,7 @@ private:
     CLI::App m_app;
     std::map<std::string, Run> m_runs;
     std::map<std::string, const char*> m_usages;
+    std::map<std::string, Handoff> m_handoffs;
     // Each command's positional option and the list it fills.
     std::map<std::string, std::pair<const CLI::Option*, std::vector<std::string>*>> m_words;
     std::string m_default;

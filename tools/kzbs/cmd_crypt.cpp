@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -24,8 +25,8 @@
 namespace kzbs {
 namespace {
 
-constexpr std::uint64_t kMaxPlainSize = 0xFFFFFFF0u;       // its padded size still fits 32 bits
-constexpr std::uint64_t kMaxStreamSize = 12 + kMaxPlainSize;
+constexpr std::uint64_t kMaxPlainSize = KZCrypt::kMaxBufferSize;
+constexpr std::uint64_t kMaxStreamSize = KZCrypt::kStreamHeaderSize + kMaxPlainSize;
 constexpr std::uint64_t kProgressSize = 64u << 20;
 
 const char kHelpTail[] =
@@ -183,18 +184,18 @@ bool loadKey(const Words& words, Request& request, std::string& error)
     return true;
 }
 
+// The key as the library will use it, or why kzbs refuses it.
 bool checkKey(const Request& request, bool encrypt, std::string& error)
 {
     const std::size_t bits = static_cast<std::size_t>(request.size);
-    const std::size_t used = bits / 8;
     if (request.key.empty()) {
         error = "the key is empty";
         return false;
     }
-    // The format accepts up to bits/2 characters and ignores all after the
-    // first bits/8: a longer key would look stronger than it is. Keys made
-    // elsewhere stay readable, so decrypt takes what the format takes.
-    const std::size_t most = encrypt ? used : bits / 2;
+    // The format accepts longer keys than it uses: encrypt refuses them, as
+    // they would look stronger than they are. Keys made elsewhere stay
+    // readable, so decrypt takes what the format takes.
+    const std::size_t most = encrypt ? KZCrypt::keyCharactersUsed(request.size) : KZCrypt::longestKeyText(request.size);
     if (request.key.size() > most) {
         error = "the key has " + std::to_string(request.key.size()) + " characters, but a " + std::to_string(bits)
             + "-bit key " + (encrypt ? "uses only its first " : "has at most ") + std::to_string(most)
@@ -203,27 +204,20 @@ bool checkKey(const Request& request, bool encrypt, std::string& error)
     }
     if (request.byteTable)
         return true;
-    // The numeric key conversion turns a byte 0x80-0xFF into 0xff unless one
-    // of the last three characters is such a byte, and cannot represent a
-    // control character below 0x10 (the library then encrypts with an
-    // all-zero key without a word).
-    const std::size_t tail = request.key.size() < 3 ? 0 : request.key.size() - 3;
-    bool highTail = false;
-    for (std::size_t i = tail; i < request.key.size(); ++i)
-        highTail = highTail || static_cast<unsigned char>(request.key[i]) >= 0x80;
-    for (std::size_t i = 0; i < request.key.size() && i < used; ++i) {
-        const unsigned char c = static_cast<unsigned char>(request.key[i]);
-        if (c < 0x10 && !highTail) {
-            error = "the key contains a control character (below 0x10) that the key conversion cannot "
-                    "represent; use --byte-table";
-            return false;
-        }
-        if (c >= 0x80 && encrypt) {
-            error = "the key contains letters outside ASCII (such as umlauts), which the key conversion "
-                    "does not keep apart; use a key of ASCII characters, or --byte-table (and give "
-                    "--byte-table to decrypt too)";
-            return false;
-        }
+    // Without the byte table the library cannot represent some characters
+    // and would encrypt with an all-zero key without a word.
+    if (KZCrypt::keyBytes(request.key, request.size, false).empty()) {
+        error = "the key contains a control character (below 0x10) that the key conversion cannot "
+                "represent; use --byte-table";
+        return false;
+    }
+    const bool ascii = std::none_of(request.key.begin(), request.key.end(),
+                                    [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    if (encrypt && !ascii) {
+        error = "the key contains letters outside ASCII (such as umlauts), which the key conversion "
+                "does not keep apart; use a key of ASCII characters, or --byte-table (and give "
+                "--byte-table to decrypt too)";
+        return false;
     }
     return true;
 }
@@ -281,32 +275,26 @@ protected:
     }
 };
 
-std::uint32_t littleEndian(const std::string& data, std::size_t at)
-{
-    std::uint32_t value = 0;
-    for (int i = 0; i < 4; ++i)
-        value |= std::uint32_t(static_cast<unsigned char>(data[at + static_cast<std::size_t>(i)])) << (8 * i);
-    return value;
-}
-
 // Names what is wrong with a stream before the library reads it.
 bool checkStream(const std::string& data, const std::string& name, std::string& error)
 {
+    KZCrypt::StreamHeader header {};
+    const bool complete = KZCrypt::readStreamHeader(data.data(), data.size(), header);
     if (data.size() < 4 || data.compare(0, 4, "RCBC") != 0) {
         error = name + " is not an encrypted stream (its tag is not \"RCBC\")";
         return false;
     }
-    if (data.size() < 12) {
+    if (!complete) {
         error = name + " is truncated: its header is incomplete";
         return false;
     }
-    const std::uint32_t plain = littleEndian(data, 4), crypted = littleEndian(data, 8);
+    const std::uint32_t plain = header.bufferSize, crypted = header.cryptedSize;
     if (crypted % 16 != 0 || crypted < plain) {
         error = name + " is damaged: its sizes (" + std::to_string(plain) + ", " + std::to_string(crypted)
             + ") do not fit together";
         return false;
     }
-    const std::uint64_t present = data.size() - 12;
+    const std::uint64_t present = data.size() - KZCrypt::kStreamHeaderSize;
     if (present < crypted) {
         error = name + " is truncated: " + std::to_string(present) + " of " + std::to_string(crypted)
             + " bytes of encrypted data";
@@ -316,16 +304,6 @@ bool checkStream(const std::string& data, const std::string& name, std::string& 
         error = name + " has " + std::to_string(present - crypted) + " unexpected bytes after the encrypted data";
         return false;
     }
-    return true;
-}
-
-// The format pads the data with spaces to whole blocks; after a wrong key
-// the padding is noise. Data of a multiple of 16 bytes has no padding to check.
-bool paddedWithSpaces(const KZCrypt& crypt)
-{
-    for (std::uint32_t i = crypt.getBufferSize(); i < crypt.getCryptedSize(); ++i)
-        if (crypt.getBuffer()[i] != ' ')
-            return false;
     return true;
 }
 
@@ -369,7 +347,7 @@ int decrypt(const Words& words)
     std::string().swap(data);
     progress(crypt.getCryptedSize(), "decrypting");
     crypt.decode();
-    if (!words.force && !paddedWithSpaces(crypt))
+    if (!words.force && !crypt.hasSpacePadding())
         return fail("the decrypted data does not end in the format's padding of spaces: the key or --bits "
                     "is wrong (--force writes the data anyway)");
     const auto emit = [&](std::ostream& out) {

@@ -6,6 +6,7 @@
 #include "CrossPlatformApi.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <sys/wait.h>
@@ -13,43 +14,6 @@
 
 namespace kzbs {
 namespace {
-
-const char* const kIniUsage =
-    "usage: kzbs ini get FILE SECTION KEY [DEFAULT]   the value (DEFAULT, or empty, if missing)\n"
-    "       kzbs ini set [--force] FILE SECTION KEY VALUE\n"
-    "                                                 store VALUE (file and section are created)\n"
-    "       kzbs ini sections FILE                    the sections, one a line\n"
-    "       kzbs ini entries FILE SECTION             the entries of SECTION as KEY=VALUE\n"
-    "\n"
-    "FILE is an INI file as Qt reads and writes it. Values are Windows-1252 in the\n"
-    "library; a character outside it is refused. get, sections and entries need\n"
-    "an existing regular FILE.\n"
-    "\n"
-    "Qt's INI rules: set rewrites the whole file. Comments (';' or '#') are\n"
-    "dropped, a backslash in a value is written doubled, a value with a comma,\n"
-    "a ';' or blanks at its ends is quoted (a comma outside quotes, as in\n"
-    "K=a,b written by hand, makes a list, which reads as empty), and keys and\n"
-    "section names with characters other than letters, digits and '_' are\n"
-    "encoded (a blank as %20, '\xC3\xBC' as %FC). Line ends become LF.\n"
-    "So set first rewrites a copy of FILE and compares: when a line that does\n"
-    "not hold KEY would change, it names the line and writes nothing (exit 2);\n"
-    "--force writes anyway. FILE is replaced whole or not at all, keeps its\n"
-    "permissions and owner, and a symbolic link keeps pointing to it. set\n"
-    "refuses what is not a regular file (a folder, a device) and checks that the\n"
-    "value reads back.\n"
-    "\n"
-    "examples:\n"
-    "  kzbs ini get app.ini General Language\n"
-    "  kzbs ini set app.ini General Language de\n";
-
-const char* const kFoldersUsage =
-    "usage: kzbs folders\n"
-    "\n"
-    "Prints the system folders the library offers (temp, application support,\n"
-    "documents, home) and the folder of the kzbs program, one NAME PATH a line.\n"
-    "\n"
-    "example:\n"
-    "  kzbs folders\n";
 
 int printLines(const std::vector<std::string>& lines)
 {
@@ -211,8 +175,12 @@ int folders(const std::vector<std::string>& words)
     for (const auto& f : folders)
         std::cout << f.name << std::string(21 - std::string(f.name).size(), ' ')
                   << toTerminal(CrossPlatformApi::getSystemFolder(f.folder)) << '\n';
+    // This program runs for kzbs, which names its own folder.
+    const char* const kzbsFolder = std::getenv(kApplicationFolderVariable);
     std::cout << "application" << std::string(10, ' ')
-              << toTerminal(CrossPlatformApi::getApplicationfolder()) << '\n';
+              << toTerminal(kzbsFolder ? CrossPlatformApi::internalEncoding(kzbsFolder)
+                                       : CrossPlatformApi::getApplicationfolder())
+              << '\n';
     return 0;
 }
 
@@ -225,12 +193,14 @@ void addPlatformCommands(Program& program)
         bool force = false;
     };
     auto iniRequest = std::make_shared<IniRequest>();
-    CLI::App& iniCommand = program.add("ini", "read and write INI files", kIniUsage,
+    const PlatformCommand& iniText = kPlatformCommands[0];
+    CLI::App& iniCommand = program.add(iniText.name, iniText.summary, iniText.usage,
                                        [iniRequest] { return ini(iniRequest->words, iniRequest->force); });
     iniCommand.add_flag("--force", iniRequest->force);
     program.addWords(iniCommand, iniRequest->words);
     auto folderWords = std::make_shared<std::vector<std::string>>();
-    program.addWords(program.add("folders", "the system folders and the application folder", kFoldersUsage,
+    const PlatformCommand& foldersText = kPlatformCommands[1];
+    program.addWords(program.add(foldersText.name, foldersText.summary, foldersText.usage,
                          [folderWords] { return folders(*folderWords); }),
              *folderWords);
 }

@@ -19,8 +19,26 @@ void addTextCommands(Program& program);
 void addCryptCommands(Program& program);
 // path, symbols (cmd_files.cpp)
 void addFileCommands(Program& program);
-// ini, folders (cmd_platform.cpp)
+
+// ini and folders need the library's Qt platform layer. kzbs itself links
+// only the Qt-free core library, so that its other commands start without
+// loading Qt; it hands these two to kzbs-platform, a program built with the
+// full library, with the same arguments.
+struct PlatformCommand {
+    const char* name;
+    const char* summary;
+    const char* usage;
+};
+// ini, folders: their names, lines in the list of commands and --help texts
+// (platform_usage.cpp).
+extern const PlatformCommand kPlatformCommands[2];
+// The environment variable in which kzbs tells kzbs-platform its own folder,
+// the application folder that `folders` names.
+constexpr const char* kApplicationFolderVariable = "KZBS_APPLICATION_FOLDER";
+// ini, folders run here (cmd_platform.cpp): kzbs-platform's commands.
 void addPlatformCommands(Program& program);
+// ini, folders handed to kzbs-platform (platform_handoff.cpp): kzbs's.
+void addPlatformHandoffs(Program& program);
 
 } // namespace kzbs
 

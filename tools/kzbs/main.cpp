@@ -10,7 +10,7 @@ int main(int argc, char** argv)
     kzbs::addTextCommands(program);
     kzbs::addCryptCommands(program);
     kzbs::addFileCommands(program);
-    kzbs::addPlatformCommands(program);
+    kzbs::addPlatformHandoffs(program);
     program.setDefault("holidays", "lists this year's public holidays (kzbs holidays)");
     return program.run(argc, argv);
 }
