@@ -32,3 +32,17 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine-run.sh ${CMAKE_BINARY_DIR}/wineprefix)
 set(KZBS_GTEST_SOURCE_DIR /usr/src/googletest CACHE PATH "GoogleTest sources, built for the target")
+# CLI11 (kzbs's command line) is headers only, so the build host's serve;
+# its own CMake package would put all of /usr/include on the path, so a small
+# one here names their folder alone.
+set(KZBS_CLI11 ${CMAKE_BINARY_DIR}/cli11)
+if(NOT EXISTS ${KZBS_CLI11}/include/CLI)
+  file(MAKE_DIRECTORY ${KZBS_CLI11}/include)
+  file(CREATE_LINK /usr/include/CLI ${KZBS_CLI11}/include/CLI SYMBOLIC)
+endif()
+file(WRITE ${KZBS_CLI11}/CLI11Config.cmake
+  "if(NOT TARGET CLI11::CLI11)\n"
+  "  add_library(CLI11::CLI11 INTERFACE IMPORTED)\n"
+  "  set_target_properties(CLI11::CLI11 PROPERTIES INTERFACE_INCLUDE_DIRECTORIES ${KZBS_CLI11}/include)\n"
+  "endif()\n")
+set(CLI11_DIR ${KZBS_CLI11} CACHE PATH "CLI11's CMake package" FORCE)

@@ -22,6 +22,10 @@ if [ ! -f "$prefix/system.reg" ]; then
     mkdir -p "$prefix"
     flock "$prefix.lock" sh -c '[ -f "$WINEPREFIX/system.reg" ] || "$1" wineboot --init >/dev/null 2>&1' sh "$wine"
 fi
-"$wineserver" -p 60 2>/dev/null || true # exits at once when one is running
+# Started here with its output elsewhere, or it would hold the program's
+# output open for its minute, and whoever reads that output (ctest, the
+# build's test discovery) would wait for it; it exits at once when one is
+# running.
+"$wineserver" -p 60 </dev/null >/dev/null 2>&1 || true
 [ $# -gt 0 ] || exit 0
 exec "$wine" "$@"

@@ -2,6 +2,8 @@
 // of lines, decided by the line around them.
 #include "line_search.h"
 
+#include "system.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstring>
@@ -35,7 +37,7 @@ bool LineReader::next()
             m_buffer.resize(m_end + kRead + 1);
         m_in.read(&m_buffer[m_end], static_cast<std::streamsize>(kRead));
         const std::size_t got = static_cast<std::size_t>(m_in.gcount());
-        const void* newline = got > 0 ? memrchr(&m_buffer[m_end], '\n', got) : nullptr;
+        const char* newline = got > 0 ? sys::findLast(&m_buffer[m_end], '\n', got) : nullptr;
         m_end += got;
         if (newline) {
             m_size = static_cast<std::size_t>(static_cast<const char*>(newline) - m_buffer.data()) + 1;
@@ -130,7 +132,7 @@ bool LineSearch::nextMatchingLine(Scan& scan, LineSpan& line)
             if (candidate == std::string::npos)
                 continue;
         }
-        const void* before = candidate > scan.at ? memrchr(&text[scan.at], '\n', candidate - scan.at) : nullptr;
+        const char* before = candidate > scan.at ? sys::findLast(&text[scan.at], '\n', candidate - scan.at) : nullptr;
         const std::size_t begin =
             before ? static_cast<std::size_t>(static_cast<const char*>(before) - text.data()) + 1 : scan.at;
         const void* newline = std::memchr(&text[candidate], '\n', size - candidate);
