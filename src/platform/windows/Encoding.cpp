@@ -1,23 +1,21 @@
-// The two text conversions between the applications' Windows-1252 and the
-// file system's UTF-8, on Windows: decode to UTF-16 (which tells bad input
-// apart), then encode (where a character the target cannot hold becomes '?').
-// The answers are those of the POSIX build: the five bytes that Windows-1252
+// The steps of the Windows-1252 / UTF-8 conversions on Windows: decode to
+// UTF-16, encode from it. The answers are those of the POSIX build: the five bytes that Windows-1252
 // leaves unassigned are bad input, although Windows reads them as the C1
 // controls of the same number, and a character outside the Basic Multilingual
 // Plane is one '?', not one for each half of its surrogate pair.
-#include "CrossPlatformApi.h"
+#include "../NativeEncoding.h"
 
 #include <windows.h>
 
-namespace CrossPlatformApi {
+namespace KZBasicServices {
+namespace native {
 namespace {
 
 constexpr UINT kCp1252 = 1252;
 
 bool unassignedIn1252(unsigned c) { return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D; }
 
-// Decodes `text` from `codePage` into UTF-16; false if it is not valid there.
-bool decode(UINT codePage, const std::string& text, std::wstring& units)
+bool decodeFrom(UINT codePage, const std::string& text, std::wstring& units)
 {
     units.clear();
     if (text.empty())
@@ -34,8 +32,7 @@ bool decode(UINT codePage, const std::string& text, std::wstring& units)
     return ::MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, text.data(), size, &units[0], length) == length;
 }
 
-// Encodes UTF-16 into `codePage`; each character it cannot hold becomes '?'.
-std::string encode(UINT codePage, std::wstring units)
+std::string encodeTo(UINT codePage, std::wstring units)
 {
     if (codePage == kCp1252) {
         std::wstring held;
@@ -61,28 +58,19 @@ std::string encode(UINT codePage, std::wstring units)
     return result;
 }
 
-std::string convert(const char* caller, UINT from, UINT to, const std::string& text)
-{
-    const std::string cText = text.c_str(); // the text ends at its first NUL
-    std::wstring units;
-    if (!decode(from, cText, units)) {
-        outputDebugString(caller);
-        outputDebugString(cText.c_str());
-        return text;
-    }
-    return encode(to, std::move(units));
-}
+UINT codePage(TextEncoding encoding) { return encoding == TextEncoding::Utf8 ? CP_UTF8 : kCp1252; }
 
 } // namespace
 
-std::string internalEncoding(const std::string& utf8Text)
+bool decode(TextEncoding encoding, const std::string& text, std::wstring& characters)
 {
-    return convert("Fehler in internalEncoding:", CP_UTF8, kCp1252, utf8Text);
+    return decodeFrom(codePage(encoding), text, characters);
 }
 
-std::string fileSystemEncoding(const std::string& cp1252Text)
+std::string encode(TextEncoding encoding, const std::wstring& characters)
 {
-    return convert("Fehler in fileSystemEncoding:", kCp1252, CP_UTF8, cp1252Text);
+    return encodeTo(codePage(encoding), characters);
 }
 
-} // namespace CrossPlatformApi
+} // namespace native
+} // namespace KZBasicServices
