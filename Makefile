@@ -11,13 +11,14 @@ BENCH_BUILD ?= build-bench
 FUZZ_BUILD ?= build-fuzz
 DEBIAN13_BUILD ?= build-debian13
 ARM64_BUILD ?= build-arm64
+WINDOWS_BUILD ?= build-windows
 JOBS       ?= $(shell nproc)
 CMAKE_FLAGS ?=
 # CI (CI=true) builds the native legs with warnings as errors; CMake holds
 # to that with GCC 12 (Debian 12's) only and ignores it for other compilers.
 WERROR_FLAGS := $(if $(filter true,$(CI)),-DKZBS_WERROR=ON)
 
-.PHONY: all deps build run tidy test test-normal test-asan test-qt5 test-tsan test-ports test-debian13 test-arm64 bench fuzz install package abi-record clean
+.PHONY: all deps build run tidy test test-normal test-asan test-qt5 test-tsan test-ports test-debian13 test-arm64 test-windows bench fuzz install package abi-record clean
 
 all: build
 
@@ -75,7 +76,7 @@ test-tsan: deps
 	ctest --test-dir $(TSAN_BUILD) --output-on-failure -j $(JOBS)
 
 # The suite on other platforms than the host's, one target per platform.
-test-ports: test-debian13 test-arm64
+test-ports: test-debian13 test-windows test-arm64
 
 # The suite and the packages on Debian 13 (trixie), in a root made once under
 # $(DEBIAN13_BUILD)/root (see scripts/debian13.sh). To stay within CI's time
@@ -91,6 +92,18 @@ test-debian13:
 test-arm64:
 	@./scripts/deps.sh arm64
 	JOBS=$(JOBS) ./scripts/arm64.sh $(ARM64_BUILD)
+# The core library, its suite and the kzbs commands that need no Qt, for
+# Windows x64: cross-compiled with MinGW-w64 (cmake/mingw-w64-x86_64.cmake),
+# an optimised build, run by ctest under Wine in a prefix of its own in
+# $(WINDOWS_BUILD)/wineprefix, made before the build asks the test programs
+# for their tests.
+test-windows:
+	@./scripts/deps.sh windows
+	@cmake -S . -B $(WINDOWS_BUILD) -G Ninja -DKZBS_WITH_QT=OFF -DCMAKE_BUILD_TYPE=Release \
+	       -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake $(CMAKE_FLAGS) >&2
+	@./scripts/wine-run.sh $(CURDIR)/$(WINDOWS_BUILD)/wineprefix
+	@cmake --build $(WINDOWS_BUILD) -j $(JOBS) >&2
+	ctest --test-dir $(WINDOWS_BUILD) --output-on-failure -j $(JOBS)
 
 bench:
 	@./scripts/deps.sh bench

@@ -16,6 +16,10 @@ if(KZBS_HARDENING AND CMAKE_BUILD_TYPE IN_LIST KZBS_OPTIMISED_BUILD_TYPES
    AND NOT KZBS_SANITIZE AND NOT KZBS_BUILD_FUZZ)
   add_compile_definitions(_FORTIFY_SOURCE=2)
   add_compile_options(-fstack-protector-strong -Wformat -Werror=format-security)
-  add_link_options(LINKER:-z,relro LINKER:-z,now)
+  if(WIN32) # PE files have no RELRO; MinGW's checks live in libssp
+    add_link_options(-fstack-protector-strong)
+  else()
+    add_link_options(LINKER:-z,relro LINKER:-z,now)
+  endif()
   message(STATUS "Hardening: fortify, stack protector, full RELRO, PIE")
 endif()

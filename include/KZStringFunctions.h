@@ -18,6 +18,7 @@
 // is empty, a stream holding NUL bytes), the function takes the safe way
 // described at it instead of reading or writing out of bounds.
 // Linux: long has 64 bits here, so ltoa writes values beyond 32 bits in full.
+// Windows: long has 32 bits there, so no long lies beyond them (see ltoa).
 #ifndef KZ_STRING_FUNCTIONS_H
 #define KZ_STRING_FUNCTIONS_H
 
@@ -147,16 +148,19 @@ KZBS_API char* itoa(int value, char* buffer, int radix);
 // As itoa for a long. Values in the 32-bit range give exactly the text itoa
 // gives (so texts match those written where long had 32 bits); a long beyond
 // that range is written in full, which may take up to 23 bytes (octal).
+// Windows (32-bit long): ltoa(LONG_MIN, b, 8) is "20000000000", not "1000000000000000000000".
 KZBS_API char* ltoa(long value, char* buffer, int radix);
 
 // Bounded forms: write only if the text and its NUL fit into size bytes.
 // Return 0 on success, EINVAL for a null buffer or size 0, ERANGE when the
 // buffer is too small (buffer then holds the empty text).
+// Windows (32-bit long): ltoa_s never needs more than 12 bytes, as itoa_s.
 KZBS_API int itoa_s(int value, char* buffer, std::size_t size, int radix);
 KZBS_API int ltoa_s(long value, char* buffer, std::size_t size, int radix);
 
 // Hexadecimal text of value as ltoa(value, ..., 16) gives it, with "0x" in
 // front when withPrefix is set: lTohex(255, true) is "0xff".
+// Windows (32-bit long): lTohex(LONG_MAX, false) is "7fffffff", not "7fffffffffffffff".
 KZBS_API std::string lTohex(long value, bool withPrefix);
 
 // Fixed-point text of value: printf "%.*f" with precision digits, the first

@@ -2,12 +2,13 @@
 # Installs the Debian packages a make target needs, when any is missing.
 # Runs apt-get as root (or through sudo), never interactively.
 #
-#   scripts/deps.sh [bench] [fuzz] [package] [tidy] [debian13] [arm64]
+#   scripts/deps.sh [bench] [fuzz] [package] [tidy] [debian13] [arm64] [windows]
 #
 # Without arguments: what building and testing need (both Qt versions, the
 # test tools). Each named group adds what its make target needs on top;
 # debian13 is what makes the Debian 13 root of make test-debian13, arm64 the
-# Debian 12 root of make test-arm64 (its cross tools and qemu-user live there).
+# Debian 12 root of make test-arm64 (its cross tools and qemu-user live there);
+# windows cross-builds for Windows x64 and runs the suite under Wine.
 set -eu
 
 build="cmake ninja-build g++ pkg-config make ccache
@@ -20,6 +21,7 @@ tidy="clang-tidy-14 clang-format-14"   # Debian 12's, as .clang-format and .clan
 package="build-essential debhelper dpkg-dev fakeroot lintian"
 debian13="mmdebstrap debian-archive-keyring"
 arm64="mmdebstrap debian-archive-keyring"
+windows="g++-mingw-w64-x86-64-posix wine64 googletest"
 
 packages="$build"
 for group in "$@"; do
@@ -30,7 +32,8 @@ for group in "$@"; do
         tidy)    packages="$packages $tidy" ;;
         debian13) packages="$packages $debian13" ;;
         arm64)   packages="$packages $arm64" ;;
-        *) echo "deps: unknown group '$group' (bench, fuzz, package, tidy, debian13, arm64)" >&2; exit 2 ;;
+        windows) packages="$packages $windows" ;;
+        *) echo "deps: unknown group '$group' (bench, fuzz, package, tidy, debian13, arm64, windows)" >&2; exit 2 ;;
     esac
 done
 

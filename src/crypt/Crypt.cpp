@@ -8,7 +8,11 @@
 #include <istream>
 #include <memory>
 #include <ostream>
+#ifdef _WIN32
+#include <windows.h>  // SecureZeroMemory
+#else
 #include <string.h>   // explicit_bzero
+#endif
 
 namespace {
 
@@ -25,7 +29,11 @@ std::uint32_t roundUpToBlock(std::uint32_t size) { return (size + 15u) & ~15u; }
 void wipe(void* memory, std::size_t size)
 {
     if (memory && size)
+#ifdef _WIN32
+        SecureZeroMemory(memory, size);
+#else
         explicit_bzero(memory, size);
+#endif
 }
 
 void tagBytes(const std::string& tag, char out[4])

@@ -3,10 +3,9 @@
 #include "KZFileName.h"
 
 #include "CrossPlatformApi.h"
+#include "../platform/NativeFiles.h"
 
-#include <fstream>
-#include <sys/stat.h>
-#include <unistd.h>
+namespace native = KZBasicServices::native;
 
 namespace {
 
@@ -25,25 +24,24 @@ bool KZFileName::exists() const
         std::string directory = getFullPath();
         if (hasTrailingDirSeparator(directory))
             directory.pop_back();
-        return ::access(systemName(directory).c_str(), F_OK) == 0;
+        return native::exists(systemName(directory));
     }
-    std::ifstream file(systemName(compose()));
-    return file.is_open();
+    return native::openForReading(systemName(compose())).is_open();
 }
 
 bool KZFileName::isWritable() const
 {
     if (m_name.empty() || !isValid() || !exists())
         return false;
-    return ::access(systemName(compose()).c_str(), W_OK) == 0;
+    return native::isWritable(systemName(compose()));
 }
 
 KZTime KZFileName::getFileTime() const
 {
     KZTime time;
     time.set_time_t(-1); // the null time, which a missing file keeps
-    struct stat info;
-    if (::stat(systemName(compose()).c_str(), &info) == 0)
-        time.set_time_t(static_cast<long>(info.st_mtime));
+    std::time_t modified;
+    if (native::modificationTime(systemName(compose()), modified))
+        time.set_time_t(static_cast<long>(modified));
     return time;
 }

@@ -4,8 +4,8 @@
 
 #include "CrossPlatformApi.h"
 #include "KZStringFunctions.h"
+#include "../platform/NativeFiles.h"
 
-#include <climits>
 #include <cstdlib>
 
 namespace {
@@ -76,8 +76,8 @@ bool KZFileName::makeAbsPath(bool useBaseDir)
         return isAbsPath();
     }
 
-    char resolved[PATH_MAX];
-    if (::realpath(CrossPlatformApi::fileSystemEncoding(compose()).c_str(), resolved)) {
+    std::string resolved;
+    if (KZBasicServices::native::resolvedPath(CrossPlatformApi::fileSystemEncoding(compose()), resolved)) {
         clear();
         parse(CrossPlatformApi::internalEncoding(resolved));
     }

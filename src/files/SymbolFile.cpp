@@ -3,6 +3,7 @@
 #include "KZFileEnvironment.h"
 
 #include "CrossPlatformApi.h"
+#include "../platform/NativeFiles.h"
 
 #include <fstream>
 
@@ -38,6 +39,7 @@ bool KZFileEnvironment::readSymbolsFromFile(const KZFileName& file)
     }
     if (!symbolFile.exists())
         return false;
-    std::ifstream in(CrossPlatformApi::fileSystemEncoding(symbolFile.compose()), std::ios::binary);
+    std::ifstream in = KZBasicServices::native::openForReading(
+        CrossPlatformApi::fileSystemEncoding(symbolFile.compose()), std::ios::binary);
     return readSymbolsFromFile(in);
 }

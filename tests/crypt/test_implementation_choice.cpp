@@ -2,6 +2,7 @@
 // Each case runs in a child process of its own, where no call has been made
 // yet (this program makes none outside the children).
 #include "KZCrypt.h"
+#include "Pinned.h"
 
 #include <gtest/gtest.h>
 
@@ -43,12 +44,8 @@ TEST(CipherPathChoice, EnvironmentForcesAPathAtTheFirstCall)
     for (const auto& c : cases) {
         EXPECT_EXIT(
             {
-                unsetenv("KZ_AES_PORTABLE");
-                unsetenv("KZ_AES_IMPLEMENTATION");
-                if (c.portable)
-                    setenv("KZ_AES_PORTABLE", c.portable, 1);
-                if (c.implementation)
-                    setenv("KZ_AES_IMPLEMENTATION", c.implementation, 1);
+                kzbs_test::setEnvironment("KZ_AES_PORTABLE", c.portable);
+                kzbs_test::setEnvironment("KZ_AES_IMPLEMENTATION", c.implementation);
                 std::exit(rijndaelImplementation() == c.expected ? 0 : 1);
             },
             ::testing::ExitedWithCode(0), "")

@@ -237,6 +237,9 @@ TEST(ICalendarParser, ReadsBackEveryEventOfSeveralStatesAndYears)
     kzbs_test::writeFile(folder / "first.ics", KZICalendar::write(holidays, stampedAt(kzbs_test::kWinter2010)));
     kzbs_test::writeFile(folder / "second.ics", KZICalendar::write(holidays, stampedAt(kzbs_test::kSummer2010)));
     kzbs_test::writeFile(folder / "expected.tsv", expected.str());
+#ifdef _WIN32
+    GTEST_SKIP() << "the checker is a Python program of the build host";
+#endif
     const std::string command = std::string(KZBS_ICAL_PYTHON) + " " + KZBS_CHECK_ICS + " " + (folder / "first.ics") +
                                 " " + (folder / "second.ics") + " " + (folder / "expected.tsv");
     EXPECT_EQ(std::system(command.c_str()), 0) << command;

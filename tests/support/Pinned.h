@@ -5,6 +5,8 @@
 
 #include "CrossPlatformApi.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <ctime>
 #include <string>
@@ -14,6 +16,36 @@ namespace kzbs_test {
 // Central European time with its EU rule, spelled out so no zone database is needed.
 inline const char* const kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
 
+// Sets an environment variable of this process; nullptr removes it.
+inline void setEnvironment(const char* name, const char* value)
+{
+#ifdef _WIN32
+    ::_putenv_s(name, value ? value : ""); // the empty value removes it there
+#else
+    if (value)
+        ::setenv(name, value, 1);
+    else
+        ::unsetenv(name);
+#endif
+}
+
+#ifdef _WIN32
+// The Windows time-zone API does not read TZ: the process keeps the zone it
+// was started in, which the test environment makes kBerlin (tests/CMakeLists.txt).
+// A test that asks for another zone fails here, not with wrong answers.
+class ScopedZone {
+public:
+    explicit ScopedZone(const char* zone)
+    {
+        const char* started = std::getenv("TZ");
+        if (!started || std::string(started) != zone)
+            ADD_FAILURE() << "Windows runs the tests in the zone TZ names at their start ("
+                          << (started ? started : "none") << "), not in " << zone;
+    }
+    ScopedZone(const ScopedZone&) = delete;
+    ScopedZone& operator=(const ScopedZone&) = delete;
+};
+#else
 // Sets TZ for the scope and restores the previous value afterwards.
 class ScopedZone {
 public:
@@ -23,15 +55,12 @@ public:
             m_hadOld = true;
             m_old = old;
         }
-        ::setenv("TZ", zone, 1);
+        setEnvironment("TZ", zone);
         ::tzset();
     }
     ~ScopedZone()
     {
-        if (m_hadOld)
-            ::setenv("TZ", m_old.c_str(), 1);
-        else
-            ::unsetenv("TZ");
+        setEnvironment("TZ", m_hadOld ? m_old.c_str() : nullptr);
         ::tzset();
     }
     ScopedZone(const ScopedZone&) = delete;
@@ -41,6 +70,7 @@ private:
     bool m_hadOld = false;
     std::string m_old;
 };
+#endif
 
 inline std::time_t& pinnedNow()
 {

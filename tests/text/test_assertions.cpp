@@ -26,7 +26,7 @@ TEST(AssertionWithoutGui, CancelEndsTheProcessAndLongPositionsAreCut)
                 "ASSERTION: ASSERTION in main.c, line 12.");
     const std::string file(1000, 'f');
     EXPECT_EXIT(processAssertion(false, file.c_str(), 1, nullptr), testing::ExitedWithCode(99),
-                "ASSERTION in f{299}\nAusdruck:");
+                "ASSERTION in " + std::string(299, 'f') + "\nAusdruck:"); // no {n}: Windows' gtest regex is simpler
 }
 
 } // namespace

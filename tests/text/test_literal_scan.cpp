@@ -5,8 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <sys/mman.h>
 #include <unistd.h>
+#endif
 
 #include <cstring>
 #include <random>
@@ -20,6 +24,24 @@ using kztext::ScanPath;
 // against the one behind or the one before it.
 class GuardedBuffer {
 public:
+#ifdef _WIN32
+    GuardedBuffer()
+    {
+        SYSTEM_INFO system;
+        ::GetSystemInfo(&system);
+        m_page = system.dwPageSize;
+        m_base = static_cast<char*>(::VirtualAlloc(nullptr, 3 * m_page, MEM_RESERVE, PAGE_NOACCESS));
+        if (m_base && !::VirtualAlloc(m_base + m_page, m_page, MEM_COMMIT, PAGE_READWRITE)) {
+            ::VirtualFree(m_base, 0, MEM_RELEASE);
+            m_base = nullptr;
+        }
+    }
+    ~GuardedBuffer()
+    {
+        if (m_base)
+            ::VirtualFree(m_base, 0, MEM_RELEASE);
+    }
+#else
     GuardedBuffer()
     {
         m_page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
@@ -35,6 +57,7 @@ public:
         if (m_base)
             munmap(m_base, 3 * m_page);
     }
+#endif
     bool ready() const { return m_base != nullptr; }
 
     const char* place(const std::string& text, bool againstTheEnd)

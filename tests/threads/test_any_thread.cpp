@@ -31,6 +31,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <climits>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -226,7 +227,7 @@ std::string conversions()
 {
     std::ostringstream out;
     char buffer[72];
-    for (long value : {0L, 7L, -28L, 255L, 65536L, -2147483647L - 1, 4294967296L}) {
+    for (long value : {0L, 7L, -28L, 255L, 65536L, -2147483647L - 1, LONG_MAX}) {
         for (int radix : {2, 8, 10, 16, 36})
             out << itoa(static_cast<int>(value), buffer, radix) << ' ' << ltoa(value, buffer, radix) << ' ';
         out << itoa_s(static_cast<int>(value), buffer, 4, 10) << lTohex(value, true)

@@ -1,6 +1,7 @@
 #include "cli.h"
 
 #include "CrossPlatformApi.h"
+#include "system.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -223,9 +224,7 @@ int Program::parseError(const CLI::ParseError& error) const
 
 int Program::run(int argc, char** argv)
 {
-    // Shells and some launchers leave SIGPIPE ignored; kzbs then still ends
-    // quietly when its reader goes away.
-    std::signal(SIGPIPE, SIG_DFL);
+    sys::prepareStandardStreams();
     CheckedStdout output;
     return output.finish(dispatch(argc, argv));
 }

@@ -238,7 +238,7 @@ int pathParam(const FileWords& request, const std::vector<std::string>& names)
     if (KZFileName::getGlobalFileEnvironment().getSymbol(symbolName).empty())
         return fail("symbol <" + symbol + "> is not defined (use --symbols FILE or --base DIR)");
     return convertNames(names, [&](KZFileName& name, std::string& note) {
-        const std::string result = name.asParmeterisedString(symbolName);
+        std::string result = name.asParmeterisedString(symbolName);
         if (result == name.compose())
             note = "does not lie below <" + symbol + ">";
         return result;

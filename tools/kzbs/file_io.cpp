@@ -1,6 +1,7 @@
 #include "file_io.h"
 
-#include <fcntl.h>
+#include "system.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,40 +14,6 @@
 
 namespace kzbs {
 
-namespace {
-
-std::string folderOf(const std::string& path)
-{
-    const std::string::size_type slash = path.rfind('/');
-    return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
-}
-
-// The file `path` names once its symbolic links are followed (the path
-// itself when it is none); "" after too many links.
-std::string followLinks(std::string path)
-{
-    for (int hops = 0; hops < 40; ++hops) {
-        struct stat info {};
-        if (::lstat(path.c_str(), &info) != 0 || !S_ISLNK(info.st_mode))
-            return path;
-        char link[PATH_MAX];
-        const ssize_t length = ::readlink(path.c_str(), link, sizeof link);
-        if (length <= 0 || static_cast<std::size_t>(length) >= sizeof link)
-            return "";
-        const std::string target(link, static_cast<std::size_t>(length));
-        path = target[0] == '/' || path.find('/') == std::string::npos ? target : folderOf(path) + "/" + target;
-    }
-    return "";
-}
-
-mode_t umaskedMode()
-{
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
-} // namespace
 
 std::string unreadable(const std::string& path)
 {
@@ -75,7 +42,7 @@ bool readWholeFile(const std::string& path, std::string& data, std::string& erro
     return true;
 }
 
-FileReplacement::FileReplacement(const std::string& path) : m_path(path), m_target(followLinks(path))
+FileReplacement::FileReplacement(const std::string& path) : m_path(path), m_target(sys::followLinks(path))
 {
     if (m_target.empty()) {
         failWith(path + ": too many levels of symbolic links");
@@ -95,7 +62,7 @@ FileReplacement::FileReplacement(const std::string& path) : m_path(path), m_targ
         failWith("cannot write " + path + ": " + std::strerror(errno));
         return;
     } else {
-        m_mode = umaskedMode();
+        m_mode = sys::newFileMode();
     }
     std::string temporary = m_target + ".kzbs-XXXXXX";
     const int fd = ::mkstemp(&temporary[0]);
@@ -141,30 +108,12 @@ bool FileReplacement::commit()
     const auto failed = [&](const std::string& what) {
         return failWith("cannot " + what + " " + m_path + ": " + std::strerror(errno));
     };
-    const int fd = ::open(m_temporary.c_str(), O_RDONLY);
-    if (fd < 0)
-        return failed("write");
-    struct stat info {};
-    bool ok = ::fstat(fd, &info) == 0 && ::fsync(fd) == 0 && ::fchmod(fd, m_mode) == 0;
-    if (!ok) {
-        failed("write");
-    } else if (m_existed && (info.st_uid != m_owner || info.st_gid != m_group)
-               && ::fchown(fd, m_owner, m_group) != 0) {
-        failed("keep the owner of");
-        ok = false;
-    }
-    ::close(fd);
-    if (!ok)
-        return false;
-    if (std::rename(m_temporary.c_str(), m_target.c_str()) != 0)
+    const std::string unsettled = sys::settle(m_temporary, m_mode, m_existed, m_owner, m_group);
+    if (!unsettled.empty())
+        return failed(unsettled);
+    if (!sys::replaceFile(m_temporary, m_target))
         return failed("replace");
     m_temporary.clear();
-    // The rename itself reaches the disk with the folder.
-    const int folder = ::open(folderOf(m_target).c_str(), O_RDONLY | O_DIRECTORY);
-    if (folder >= 0) {
-        ::fsync(folder);
-        ::close(folder);
-    }
     return true;
 }
 

@@ -2,6 +2,8 @@
 // buffer or a window of its lines, decided by the line around them.
 #include "line_search.h"
 
+#include "system.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -60,7 +62,7 @@ bool LineReader::next()
             m_error = errno;
         if (got <= 0)
             break;
-        const void* newline = memrchr(&m_buffer[m_end], '\n', static_cast<std::size_t>(got));
+        const void* newline = sys::findLast(&m_buffer[m_end], '\n', static_cast<std::size_t>(got));
         m_end += static_cast<std::size_t>(got);
         if (newline) {
             m_size = static_cast<std::size_t>(static_cast<const char*>(newline) - m_buffer.data()) + 1;
@@ -162,7 +164,7 @@ bool LineSearch::nextMatchingLine(Scan& scan, LineSpan& line)
             if (candidate == std::string::npos)
                 continue;
         }
-        const void* before = candidate > scan.at ? memrchr(text + scan.at, '\n', candidate - scan.at) : nullptr;
+        const void* before = candidate > scan.at ? sys::findLast(text + scan.at, '\n', candidate - scan.at) : nullptr;
         const std::size_t begin =
             before ? static_cast<std::size_t>(static_cast<const char*>(before) - text) + 1 : scan.at;
         const void* newline = std::memchr(text + candidate, '\n', size - candidate);

@@ -1,13 +1,12 @@
-// The two text conversions between the applications' Windows-1252 and the
-// file system's UTF-8, done by iconv (POSIX) in two steps: decode to code points (which
-// tells bad input apart), then encode (where an unrepresentable character
-// becomes '?', so callers keep working with a readable name).
-#include "CrossPlatformApi.h"
+// The steps of the Windows-1252 / UTF-8 conversions, done by iconv (POSIX):
+// decode to code points, encode from them.
+#include "../NativeEncoding.h"
 
 #include <cerrno>
 #include <iconv.h>
 
-namespace CrossPlatformApi {
+namespace KZBasicServices {
+namespace native {
 namespace {
 
 class Iconv {
@@ -65,28 +64,19 @@ std::string encode(const char* encoding, const std::wstring& codePoints)
     return result;
 }
 
-std::string convert(const char* caller, const char* from, const char* to, const std::string& text)
-{
-    const std::string cText = text.c_str(); // the text ends at its first NUL
-    std::wstring codePoints;
-    if (!decode(from, cText, codePoints)) {
-        outputDebugString(caller);
-        outputDebugString(cText.c_str());
-        return text;
-    }
-    return encode(to, codePoints);
-}
+const char* iconvName(TextEncoding encoding) { return encoding == TextEncoding::Utf8 ? "UTF-8" : "CP1252"; }
 
 } // namespace
 
-std::string internalEncoding(const std::string& utf8Text)
+bool decode(TextEncoding encoding, const std::string& text, std::wstring& characters)
 {
-    return convert("Fehler in internalEncoding:", "UTF-8", "CP1252", utf8Text);
+    return decode(iconvName(encoding), text, characters);
 }
 
-std::string fileSystemEncoding(const std::string& cp1252Text)
+std::string encode(TextEncoding encoding, const std::wstring& characters)
 {
-    return convert("Fehler in fileSystemEncoding:", "CP1252", "UTF-8", cp1252Text);
+    return encode(iconvName(encoding), characters);
 }
 
-} // namespace CrossPlatformApi
+} // namespace native
+} // namespace KZBasicServices

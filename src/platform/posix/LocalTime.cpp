@@ -2,25 +2,12 @@
 // on POSIX.
 #include "CrossPlatformApi.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <strings.h>
 #include <time.h>
 
 namespace CrossPlatformApi {
-
-namespace {
-std::atomic<ClockFunction> g_clock{nullptr};
-}
-
-void setClock(ClockFunction clock) { g_clock.store(clock); }
-
-std::time_t now()
-{
-    const ClockFunction clock = g_clock.load();
-    return clock ? clock() : std::time(nullptr);
-}
 
 // tzset and localtime_r read what localtime reads, a TZ changed since the
 // last call included, without localtime's one shared result, on which every
