@@ -5,6 +5,7 @@
 #include "grep_encoding.h"
 #include "line_search.h"
 #include "mapped_file.h"
+#include "system.h"
 
 #include "KZRegExp.h"
 #include "KZStringFunctions.h"
@@ -14,7 +15,6 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
-#include <fcntl.h>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -387,7 +387,7 @@ bool searchInput(Grep& grep, const std::string& file, const GrepOptions& options
         const std::string problem = unreadable(file);
         if (!problem.empty())
             return !fail(problem);
-        fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+        fd = sys::openForReading(file);
         if (fd < 0)
             return !fail(file + ": " + std::strerror(errno));
     }

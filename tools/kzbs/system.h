@@ -17,6 +17,10 @@ void prepareStandardStreams();
 // The last `byte` in [data, data + size), nullptr if there is none (memrchr).
 const char* findLast(const char* data, char byte, std::size_t size);
 
+// Opens `path` for reading bytes as they are (binary mode on Windows), not
+// inherited by programs kzbs starts; -1 with errno set when it fails.
+int openForReading(const std::string& path);
+
 // The file `path` names once its symbolic links are followed (the path
 // itself when it is none); "" after too many links. Windows: the path.
 std::string followLinks(std::string path);

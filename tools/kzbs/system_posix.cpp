@@ -28,6 +28,8 @@ const char* findLast(const char* data, char byte, std::size_t size)
     return static_cast<const char*>(::memrchr(data, byte, size));
 }
 
+int openForReading(const std::string& path) { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); }
+
 std::string followLinks(std::string path)
 {
     for (int hops = 0; hops < 40; ++hops) {

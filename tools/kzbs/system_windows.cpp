@@ -27,6 +27,8 @@ const char* findLast(const char* data, char byte, std::size_t size)
     return nullptr;
 }
 
+int openForReading(const std::string& path) { return ::_open(path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT); }
+
 std::string followLinks(std::string path) { return path; }
 
 unsigned newFileMode() { return 0666; }
