@@ -52,8 +52,7 @@ class OpenSslCbc {
 public:
     OpenSslCbc(int bits, bool encrypt)
         : m_key(kKey.begin(), kKey.begin() + bits / 8), m_out(kSize + 16),
-          m_cipher(bits == 128 ? EVP_aes_128_cbc() : EVP_aes_256_cbc()), m_ctx(EVP_CIPHER_CTX_new()),
-          m_encrypt(encrypt)
+          m_cipher(bits == 128 ? EVP_aes_128_cbc() : EVP_aes_256_cbc()), m_ctx(EVP_CIPHER_CTX_new()), m_encrypt(encrypt)
     {
     }
     ~OpenSslCbc() { EVP_CIPHER_CTX_free(m_ctx); }
@@ -102,7 +101,10 @@ struct FloorKeys {
 };
 const FloorKeys kFloorKeys;
 
-KZ_BENCH_AES inline __m128i load128(const unsigned char* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+KZ_BENCH_AES inline __m128i load128(const unsigned char* p)
+{
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+}
 
 // The chain's floor: exactly Rounds dependent AES instructions per block. The
 // block's bytes enter through the last round's key, outside the chain, and
@@ -221,7 +223,10 @@ bench::Peers hardwareBound(int bits, bool encrypt, int implementation, std::stri
 
 #else
 
-bench::Peers hardwareBound(int, bool, int, std::string&) { return {}; }
+bench::Peers hardwareBound(int, bool, int, std::string&)
+{
+    return {};
+}
 
 #endif
 
@@ -264,17 +269,44 @@ void ours(benchmark::State& state, int bits, bool encrypt, int implementation, b
     rijndaelSetImplementation(saved);
 }
 
-int bitsOf(const benchmark::State& s) { return static_cast<int>(s.range(0)); }
+int bitsOf(const benchmark::State& s)
+{
+    return static_cast<int>(s.range(0));
+}
 
-void BM_OpenSSL_Encrypt(benchmark::State& s) { openSsl(s, bitsOf(s), true); }
-void BM_OpenSSL_Decrypt(benchmark::State& s) { openSsl(s, bitsOf(s), false); }
+void BM_OpenSSL_Encrypt(benchmark::State& s)
+{
+    openSsl(s, bitsOf(s), true);
+}
+void BM_OpenSSL_Decrypt(benchmark::State& s)
+{
+    openSsl(s, bitsOf(s), false);
+}
 // The library's default: the fastest path this processor has.
-void BM_Encode(benchmark::State& s) { ours(s, bitsOf(s), true, RIJNDAEL_VAES, false); }
-void BM_Decode(benchmark::State& s) { ours(s, bitsOf(s), false, RIJNDAEL_VAES, false); }
-void BM_EncodeAesNi(benchmark::State& s) { ours(s, bitsOf(s), true, RIJNDAEL_HARDWARE, true); }
-void BM_DecodeAesNi(benchmark::State& s) { ours(s, bitsOf(s), false, RIJNDAEL_HARDWARE, true); }
-void BM_EncodePortable(benchmark::State& s) { ours(s, bitsOf(s), true, RIJNDAEL_PORTABLE, true); }
-void BM_DecodePortable(benchmark::State& s) { ours(s, bitsOf(s), false, RIJNDAEL_PORTABLE, true); }
+void BM_Encode(benchmark::State& s)
+{
+    ours(s, bitsOf(s), true, RIJNDAEL_VAES, false);
+}
+void BM_Decode(benchmark::State& s)
+{
+    ours(s, bitsOf(s), false, RIJNDAEL_VAES, false);
+}
+void BM_EncodeAesNi(benchmark::State& s)
+{
+    ours(s, bitsOf(s), true, RIJNDAEL_HARDWARE, true);
+}
+void BM_DecodeAesNi(benchmark::State& s)
+{
+    ours(s, bitsOf(s), false, RIJNDAEL_HARDWARE, true);
+}
+void BM_EncodePortable(benchmark::State& s)
+{
+    ours(s, bitsOf(s), true, RIJNDAEL_PORTABLE, true);
+}
+void BM_DecodePortable(benchmark::State& s)
+{
+    ours(s, bitsOf(s), false, RIJNDAEL_PORTABLE, true);
+}
 
 BENCHMARK(BM_OpenSSL_Encrypt)->Arg(128)->Arg(256)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_OpenSSL_Decrypt)->Arg(128)->Arg(256)->Unit(benchmark::kMillisecond);

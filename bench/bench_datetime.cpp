@@ -105,7 +105,10 @@ void kzDateMdyPass()
     benchmark::DoNotOptimize(sum);
 }
 
-std::int64_t dateCount() { return static_cast<std::int64_t>(civilDates().size()); }
+std::int64_t dateCount()
+{
+    return static_cast<std::int64_t>(civilDates().size());
+}
 
 void BM_ReferenceDaysFromCivil(benchmark::State& state)
 {
@@ -159,22 +162,35 @@ void centuryPass(IsHoliday isHoliday)
         benchmark::DoNotOptimize(isHoliday(d));
 }
 
-bool classicHoliday(const KZDate& d) { return KZCalendar::isPublicHoliday(d, KZBasicServices::BY) == 0; }
-bool lawHoliday(const KZDate& d) { return KZHolidayLaw::isPublicHoliday(d, KZBasicServices::BY) == 0; }
+bool classicHoliday(const KZDate& d)
+{
+    return KZCalendar::isPublicHoliday(d, KZBasicServices::BY) == 0;
+}
+bool lawHoliday(const KZDate& d)
+{
+    return KZHolidayLaw::isPublicHoliday(d, KZBasicServices::BY) == 0;
+}
 
 template <bool (*isHoliday)(const KZDate&)>
 void everyDayOfACentury(benchmark::State& state)
 {
     static const CenturyBits bits = centuryBits(isHoliday);
     const std::uint32_t first = kCenturyFirst.Hash();
-    bench::sideBySide(state, [] { centuryPass(isHoliday); },
-                      {{"bitset", [first] { centuryPass([first](const KZDate& d) { return bits[d.Hash() - first]; }); }}});
+    bench::sideBySide(
+        state, [] { centuryPass(isHoliday); },
+        {{"bitset", [first] { centuryPass([first](const KZDate& d) { return bits[d.Hash() - first]; }); }}});
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kCenturyDays));
 }
 
-void BM_IsPublicHolidayEveryDayOfACentury(benchmark::State& state) { everyDayOfACentury<classicHoliday>(state); }
+void BM_IsPublicHolidayEveryDayOfACentury(benchmark::State& state)
+{
+    everyDayOfACentury<classicHoliday>(state);
+}
 
-void BM_LawIsPublicHolidayEveryDayOfACentury(benchmark::State& state) { everyDayOfACentury<lawHoliday>(state); }
+void BM_LawIsPublicHolidayEveryDayOfACentury(benchmark::State& state)
+{
+    everyDayOfACentury<lawHoliday>(state);
+}
 
 void BM_HolidaysInPeriodOfACentury(benchmark::State& state)
 {

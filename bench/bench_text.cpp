@@ -34,8 +34,8 @@ const std::string& benchText()
 {
     static const std::string text = [] {
         static const char* const kWords[] = {
-            "the", "quick", "brown", "fox", "jumps", "over", "lazy", "dog", "running", "data",
-            "system", "error", "file", "disk", "reading", "value", "network", "string", "table", "index",
+            "the",    "quick", "brown", "fox",  "jumps",   "over",  "lazy",    "dog",    "running", "data",
+            "system", "error", "file",  "disk", "reading", "value", "network", "string", "table",   "index",
         };
         std::mt19937 rng(4711);
         std::string t;
@@ -78,11 +78,11 @@ const std::vector<std::string>& benchLines()
 }
 
 const char* const kPatterns[] = {
-    "needle",              // a literal
-    "[0-9]+-[0-9]+",       // a class with closure
-    "^the [a-z]+",         // anchored
-    "error.*disk",         // '.*'
-    "[a-z]+ing ",          // backtracks over every word
+    "needle",        // a literal
+    "[0-9]+-[0-9]+", // a class with closure
+    "^the [a-z]+",   // anchored
+    "error.*disk",   // '.*'
+    "[a-z]+ing ",    // backtracks over every word
 };
 
 void reportLines(benchmark::State& state, long matched)
@@ -122,8 +122,8 @@ public:
     {
         int error = 0;
         PCRE2_SIZE errorAt = 0;
-        m_code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern), PCRE2_ZERO_TERMINATED, 0, &error, &errorAt,
-                               nullptr);
+        m_code =
+            pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern), PCRE2_ZERO_TERMINATED, 0, &error, &errorAt, nullptr);
         if (m_code && pcre2_jit_compile(m_code, PCRE2_JIT_COMPLETE) == 0)
             m_data = pcre2_match_data_create_from_pattern(m_code, nullptr);
     }
@@ -140,8 +140,8 @@ public:
     {
         long matched = 0;
         for (const std::string& line : benchLines()) {
-            const int rc = pcre2_jit_match(m_code, reinterpret_cast<PCRE2_SPTR>(line.data()), line.size(), 0, 0,
-                                           m_data, nullptr);
+            const int rc =
+                pcre2_jit_match(m_code, reinterpret_cast<PCRE2_SPTR>(line.data()), line.size(), 0, 0, m_data, nullptr);
             matched += rc > 0;
             benchmark::DoNotOptimize(pcre2_get_ovector_pointer(m_data)[1]);
         }
@@ -188,7 +188,8 @@ void BM_KZRegExp(benchmark::State& state)
     bench::Peers peers = {{"re2", [&] { benchmark::DoNotOptimize(re2Pass(re2)); }}};
     if (pcre2.ready())
         peers.push_back({"pcre2", [&] { benchmark::DoNotOptimize(pcre2.pass()); }});
-    bench::sideBySide(state, [&] { matched = kzPass(re); }, peers);
+    bench::sideBySide(
+        state, [&] { matched = kzPass(re); }, peers);
     state.SetLabel(pattern);
     reportLines(state, matched);
 }

@@ -35,14 +35,13 @@ void BM_WorkdaysCountCentury(benchmark::State& state)
     const WorkdayCalendar c = calendarFor(state);
     long counted = 0;
     long walked = 0;
-    bench::sideBySide(
-        state,
-        [&] {
-            if (KZWorkdays::count(kFrom, kTo, c, counted) != KZWorkdays::Ok)
-                counted = -1;  // the walk never gives that
-            benchmark::DoNotOptimize(counted);
-        },
-        {{"day_by_day", [&] { walked = walkDayByDay(c); }}});
+    bench::sideBySide(state,
+                      [&] {
+                          if (KZWorkdays::count(kFrom, kTo, c, counted) != KZWorkdays::Ok)
+                              counted = -1; // the walk never gives that
+                          benchmark::DoNotOptimize(counted);
+                      },
+                      {{"day_by_day", [&] { walked = walkDayByDay(c); }}});
     if (counted != walked)
         state.SkipWithError("count and day-by-day walk disagree");
     state.counters["workdays"] = static_cast<double>(counted);

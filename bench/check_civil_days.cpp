@@ -72,8 +72,9 @@ std::uint64_t checkParts()
 // Every year, on the first and last day of January, February, March and December.
 std::uint64_t checkDayNumbers()
 {
-    const struct { unsigned month, day; } days[] = {
-        {1, 1}, {1, 31}, {2, 1}, {2, 28}, {3, 1}, {3, 31}, {12, 1}, {12, 31}};
+    const struct {
+        unsigned month, day;
+    } days[] = {{1, 1}, {1, 31}, {2, 1}, {2, 28}, {3, 1}, {3, 31}, {12, 1}, {12, 31}};
     std::uint64_t mismatches = 0;
     std::uint32_t year = 0;
     do {
@@ -101,7 +102,7 @@ std::uint64_t timed(const char* what, Check check)
 
 int main()
 {
-    const std::uint64_t mismatches = timed("all 2^32 day numbers to parts", checkParts) +
-                                     timed("all 2^32 years x 8 days to day numbers", checkDayNumbers);
+    const std::uint64_t mismatches = timed("all 2^32 day numbers to parts", checkParts)
+                                     + timed("all 2^32 years x 8 days to day numbers", checkDayNumbers);
     return mismatches == 0 ? 0 : 1;
 }

@@ -12,12 +12,12 @@
 #include <string>
 
 // A property violated is a finding like a crash: say which, then abort.
-#define FUZZ_CHECK(condition)                                                                  \
-    do {                                                                                       \
-        if (!(condition)) {                                                                    \
+#define FUZZ_CHECK(condition)                                                                     \
+    do {                                                                                          \
+        if (!(condition)) {                                                                       \
             std::fprintf(stderr, "%s:%d: property failed: %s\n", __FILE__, __LINE__, #condition); \
-            std::abort();                                                                      \
-        }                                                                                      \
+            std::abort();                                                                         \
+        }                                                                                         \
     } while (0)
 
 // Reads values off the front of the input; past its end every value is 0 and

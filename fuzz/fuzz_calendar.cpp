@@ -25,7 +25,12 @@ public:
     Bytes(const std::uint8_t* data, std::size_t size) : m_data(data), m_size(size) {}
     unsigned byte() { return m_pos < m_size ? m_data[m_pos++] : 0u; }
     unsigned word() { return byte() | byte() << 8; }
-    std::string rest() { std::string s(reinterpret_cast<const char*>(m_data) + m_pos, m_size - m_pos); m_pos = m_size; return s; }
+    std::string rest()
+    {
+        std::string s(reinterpret_cast<const char*>(m_data) + m_pos, m_size - m_pos);
+        m_pos = m_size;
+        return s;
+    }
 
 private:
     const std::uint8_t* m_data;
@@ -92,7 +97,7 @@ void checkLines(const std::string& text)
     std::size_t start = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '\n')
-            check(false);  // every LF belongs to a CRLF, handled below
+            check(false); // every LF belongs to a CRLF, handled below
         if (text[i] == '\r') {
             check(i + 1 < text.size() && text[i + 1] == '\n');
             check(i - start <= 75);
@@ -113,7 +118,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     calendar.classic = (flags & 1) != 0;
     calendar.daysPerWeek = (flags & 2) ? 6 : 5;
     if (flags & 0x80)
-        calendar.daysPerWeek = static_cast<int>(in.byte()) - 128;  // mostly a bad week
+        calendar.daysPerWeek = static_cast<int>(in.byte()) - 128; // mostly a bad week
     calendar.christmasAndNewYearsEveOff = (flags & 4) != 0;
     const unsigned region = flags >> 3 & 7;
     const std::vector<HolidayRegion>& regions = KZHolidayLaw::regions();

@@ -31,7 +31,7 @@ std::string without(std::string s, char c)
 
 void checkEscapes(const std::string& bytes)
 {
-    const std::string cText = bytes.c_str();   // up to the first NUL
+    const std::string cText = bytes.c_str(); // up to the first NUL
     FUZZ_CHECK(txt2c(c2txt(cText.c_str())) == cText);
     FUZZ_CHECK(txt2c(bytes).size() <= bytes.size());
 }
@@ -45,7 +45,8 @@ void checkIntegers(FuzzInput& input)
         char text[32];
         itoa(value, text, radix);
         if (radix == 16 || radix == 8)
-            FUZZ_CHECK(static_cast<std::uint32_t>(std::strtoul(text, nullptr, radix)) == static_cast<std::uint32_t>(value));
+            FUZZ_CHECK(static_cast<std::uint32_t>(std::strtoul(text, nullptr, radix))
+                       == static_cast<std::uint32_t>(value));
         else
             FUZZ_CHECK(std::strtol(text, nullptr, 10) == value);
         char bounded[32];
@@ -85,7 +86,7 @@ void checkDouble(FuzzInput& input)
     formatDoubleToString(value, precision, 0, decimal, thousands);
     try {
         formatDoubleToString(value, precision, static_cast<unsigned short>(grouped.size() + 1), ',', '\'');
-        FUZZ_CHECK(false);   // padding is never honoured
+        FUZZ_CHECK(false); // padding is never honoured
     } catch (const std::length_error&) {
     }
 }
@@ -112,8 +113,9 @@ void checkStringFunctions(const std::string& bytes, char c)
     const std::string needle = bytes.substr(bytes.size() / 2, 3);
     const int at = KZStringFunctions::findNoCase(bytes, needle);
     FUZZ_CHECK(at >= 0 || bytes.empty());
-    FUZZ_CHECK(at < 0 || KZStringFunctions::lower(bytes.substr(static_cast<std::size_t>(at), needle.size())) ==
-                             KZStringFunctions::lower(needle));
+    FUZZ_CHECK(at < 0
+               || KZStringFunctions::lower(bytes.substr(static_cast<std::size_t>(at), needle.size()))
+                      == KZStringFunctions::lower(needle));
     FUZZ_CHECK(KZStringFunctions::containsNoCase(bytes, needle) == (at >= 0));
 
     try {
@@ -124,7 +126,8 @@ void checkStringFunctions(const std::string& bytes, char c)
     }
     std::string s = bytes;
     if (bytes.size() > 2)
-        KZStringFunctions::replaceAll(s, bytes.substr(0, 1 + bytes[0] % 2), bytes.substr(1, static_cast<unsigned char>(bytes[1]) % 3));
+        KZStringFunctions::replaceAll(s, bytes.substr(0, 1 + bytes[0] % 2),
+                                      bytes.substr(1, static_cast<unsigned char>(bytes[1]) % 3));
     KZStringFunctions::translateSpecialCharsToXml(bytes);
 
     std::istringstream in(bytes);

@@ -93,15 +93,15 @@ std::pair<Bytes, Bytes> runBlocks(int implementation, unsigned char mode, int ke
                                   const std::string& ivHex, const Bytes& plain)
 {
     rijndaelSetImplementation(implementation);
-    keyInstance encryptKey {}, decryptKey {};
-    cipherInstance cipher {};
+    keyInstance encryptKey{}, decryptKey{};
+    cipherInstance cipher{};
     FUZZ_CHECK(makeKey(&encryptKey, DIR_ENCRYPT, keyLen, keyHex.c_str()) == CIPHER_SUCCESS);
     // CFB1 decrypts with an encryption key.
-    FUZZ_CHECK(makeKey(&decryptKey, mode == MODE_CFB1 ? DIR_ENCRYPT : DIR_DECRYPT, keyLen, keyHex.c_str()) ==
-               CIPHER_SUCCESS);
+    FUZZ_CHECK(makeKey(&decryptKey, mode == MODE_CFB1 ? DIR_ENCRYPT : DIR_DECRYPT, keyLen, keyHex.c_str())
+               == CIPHER_SUCCESS);
     FUZZ_CHECK(cipherInit(&cipher, mode, ivHex.c_str()) == CIPHER_SUCCESS);
     const int bits = static_cast<int>(plain.size() * 8);
-    Bytes encrypted = plain;   // CFB1 works in place on the output
+    Bytes encrypted = plain; // CFB1 works in place on the output
     FUZZ_CHECK(blockEncrypt(&cipher, &encryptKey, plain.data(), bits, encrypted.data()) == bits / 128 * 128);
     Bytes decrypted = encrypted;
     FUZZ_CHECK(blockDecrypt(&cipher, &decryptKey, encrypted.data(), bits, decrypted.data()) == bits / 128 * 128);

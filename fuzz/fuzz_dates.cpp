@@ -28,7 +28,7 @@ void readFreely(const std::string& bytes)
     std::istringstream in(bytes);
     KZDate streamed;
     streamed.ParseFrom(in);
-    streamed.ParseFrom(in);   // and again on whatever state the first left
+    streamed.ParseFrom(in); // and again on whatever state the first left
     (void)streamed.AsString();
 }
 
@@ -61,7 +61,7 @@ void checkRoundTrips(std::uint32_t seed)
         if (layout != 2 && month == 3)
             continue;
         KZDate::PrintOption = layout;
-        std::istringstream in(date.AsString() + " ");   // a character must follow the year
+        std::istringstream in(date.AsString() + " "); // a character must follow the year
         KZDate read;
         read.ParseFrom(in);
         FUZZ_CHECK(read.Hash() == date.Hash());

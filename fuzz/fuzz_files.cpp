@@ -18,7 +18,10 @@
 
 namespace {
 
-bool startsWithSeparator(const std::string& s) { return !s.empty() && KZFileName::isDirSeparator(s[0]); }
+bool startsWithSeparator(const std::string& s)
+{
+    return !s.empty() && KZFileName::isDirSeparator(s[0]);
+}
 
 void checkName(const std::string& text, const std::string& other)
 {

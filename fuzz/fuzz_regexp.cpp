@@ -26,15 +26,16 @@ void checkRaw(const std::string& pattern, const std::string& text)
 
     KZRegExp re(pattern.c_str());
     const KZRegExp copy(re);
-    re.status();   // cleared: find must still refuse a failed pattern
+    re.status(); // cleared: find must still refuse a failed pattern
     for (unsigned long start : {0ul, static_cast<unsigned long>(text.size() / 2),
                                 static_cast<unsigned long>(text.size()), static_cast<unsigned long>(text.size() + 3)}) {
         unsigned long length = 0;
         const int at = re.find(text, &length, start);
         unsigned long copyLength = 0;
         FUZZ_CHECK(copy.find(text, &copyLength, start) == at && copyLength == length);
-        FUZZ_CHECK(at < 0 || (static_cast<unsigned long>(at) >= start &&
-                              static_cast<unsigned long>(at) + length <= text.size() + 1));
+        FUZZ_CHECK(
+            at < 0
+            || (static_cast<unsigned long>(at) >= start && static_cast<unsigned long>(at) + length <= text.size() + 1));
     }
 }
 
@@ -56,7 +57,8 @@ void checkAgainstReference(const std::string& pattern, const std::string& text)
     KZRegExp re(p.c_str());
     if (re.status() != 0)
         return;
-    for (unsigned long start : {0ul, 1ul, static_cast<unsigned long>(t.size() / 2), static_cast<unsigned long>(t.size())}) {
+    for (unsigned long start :
+         {0ul, 1ul, static_cast<unsigned long>(t.size() / 2), static_cast<unsigned long>(t.size())}) {
         if (start > t.size())
             continue;
         unsigned long length = 0;

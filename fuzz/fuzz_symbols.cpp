@@ -24,7 +24,10 @@ namespace {
 
 constexpr std::size_t kMaxListed = 8;
 
-bool isSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
+bool isSpace(char c)
+{
+    return std::isspace(static_cast<unsigned char>(c)) != 0;
+}
 
 KZFileEnvironment::SymbolTable referenceTable(const std::string& file)
 {

@@ -101,9 +101,9 @@ public:
         KeyShift = 16,
         KeyControl = 17,
         KeyCapsLock = 20,
-        KeyCommand = 91,   // the left Windows (Super) key
+        KeyCommand = 91, // the left Windows (Super) key
         KeyNumLock = 144,
-        KeyOption = 164    // the left Alt key; the generic Alt code 18 is not recognised
+        KeyOption = 164 // the left Alt key; the generic Alt code 18 is not recognised
     };
     // 1 while the key is held (caps lock, num lock: while on), else 0. Qt's
     // modifiers are read when a QGuiApplication exists, caps and num lock from
@@ -124,8 +124,7 @@ public:
 
 // The text under `key` in [section]; `defaultValue` where file, section or key
 // is missing.
-KZBS_API std::string getIniString(const char* section, const char* key, const char* defaultValue,
-                                  const char* fileName);
+KZBS_API std::string getIniString(const char* section, const char* key, const char* defaultValue, const char* fileName);
 
 // The value under `key` in [section] as an integer; `defaultValue` where the key
 // is missing. A stored text that is no number gives 0, not the default.
@@ -133,8 +132,7 @@ KZBS_API int getIniInt(const char* section, const char* key, int defaultValue, c
 
 // Stores `value` as text under `key` in [section], creating section and file
 // where missing. A write that cannot be done is lost silently.
-KZBS_API void writeIniString(const char* section, const char* key, const char* value,
-                             const char* fileName);
+KZBS_API void writeIniString(const char* section, const char* key, const char* value, const char* fileName);
 
 // The top-level sections of the file, in QSettings' order.
 KZBS_API std::vector<std::string> getIniSections(const char* fileName);
@@ -213,8 +211,7 @@ KZBS_API std::string getApplicationfolder();
 // runs on QRegularExpression (no Qt5Compat) but is read with the grammar
 // QRegExp had: what QRegExp refused, such as "x??", a lone "{" or "]", still
 // matches nothing.
-KZBS_API std::vector<std::string> getDirectoryEntries(const std::string& folder,
-                                                      const std::string& pattern);
+KZBS_API std::vector<std::string> getDirectoryEntries(const std::string& folder, const std::string& pattern);
 
 // Removes the folder if it is empty; a relative name counts from "/".
 KZBS_API bool deleteDirectory(const std::string& folder);
@@ -243,9 +240,8 @@ KZBS_API unsigned int getDriveType(const char* path);
 // Guards: a null path or buffer (or a size of 0) leaves that part unwritten.
 // A part that does not fit is cut so that it stays terminated within its
 // size; `dir` keeps its "/" as long as the size is at least 2.
-KZBS_API int splitpath_s(const char* path, char* drive, unsigned long driveSize, char* dir,
-                         unsigned long dirSize, char* fname, unsigned long fnameSize, char* ext,
-                         unsigned long extSize);
+KZBS_API int splitpath_s(const char* path, char* drive, unsigned long driveSize, char* dir, unsigned long dirSize,
+                         char* fname, unsigned long fnameSize, char* ext, unsigned long extSize);
 
 // --- Message box and debugging ----------------------------------------------
 
@@ -272,8 +268,8 @@ KZBS_API bool isDebuggerPresent();
 
 // Where the application's bundle folder lies, asked by getDriveType.
 struct BundlePathInfo {
-    bool isWritable;   // the folder may be written by this process
-    bool isOnVolumes;  // the folder lies on a removable volume (/media/, /run/media/)
+    bool isWritable;  // the folder may be written by this process
+    bool isOnVolumes; // the folder lies on a removable volume (/media/, /run/media/)
 };
 
 KZBS_API BundlePathInfo getBundlePathInfo();

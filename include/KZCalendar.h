@@ -30,31 +30,46 @@ namespace KZBasicServices {
 
 // The states as bit flags, in the alphabetical order of their German names.
 enum BundesLand : int {
-    XX = 0x0000,   // no state
-    BW = 0x0001,   // Baden-Wuerttemberg
-    BY = 0x0002,   // Bayern
-    BE = 0x0004,   // Berlin
-    BB = 0x0008,   // Brandenburg
-    HB = 0x0010,   // Bremen
-    HH = 0x0020,   // Hamburg
-    HE = 0x0040,   // Hessen
-    MV = 0x0080,   // Mecklenburg-Vorpommern
-    NI = 0x0100,   // Niedersachsen
-    NW = 0x0200,   // Nordrhein-Westfalen
-    RP = 0x0400,   // Rheinland-Pfalz
-    SL = 0x0800,   // Saarland
-    SN = 0x1000,   // Sachsen
-    ST = 0x2000,   // Sachsen-Anhalt
-    SH = 0x4000,   // Schleswig-Holstein
-    TH = 0x8000,   // Thueringen
-    Alle = 0xFFFF  // all sixteen
+    XX = 0x0000,  // no state
+    BW = 0x0001,  // Baden-Wuerttemberg
+    BY = 0x0002,  // Bayern
+    BE = 0x0004,  // Berlin
+    BB = 0x0008,  // Brandenburg
+    HB = 0x0010,  // Bremen
+    HH = 0x0020,  // Hamburg
+    HE = 0x0040,  // Hessen
+    MV = 0x0080,  // Mecklenburg-Vorpommern
+    NI = 0x0100,  // Niedersachsen
+    NW = 0x0200,  // Nordrhein-Westfalen
+    RP = 0x0400,  // Rheinland-Pfalz
+    SL = 0x0800,  // Saarland
+    SN = 0x1000,  // Sachsen
+    ST = 0x2000,  // Sachsen-Anhalt
+    SH = 0x4000,  // Schleswig-Holstein
+    TH = 0x8000,  // Thueringen
+    Alle = 0xFFFF // all sixteen
 };
 
 // The states as consecutive numbers, for lists and stored settings.
 enum BundesLandId : int {
-    XXId = -1, AlleId = 0,
-    BWId = 1, BYId, BEId, BBId, HBId, HHId, HEId, MVId,
-    NIId, NWId, RPId, SLId, SNId, STId, SHId, THId
+    XXId = -1,
+    AlleId = 0,
+    BWId = 1,
+    BYId,
+    BEId,
+    BBId,
+    HBId,
+    HHId,
+    HEId,
+    MVId,
+    NIId,
+    NWId,
+    RPId,
+    SLId,
+    SNId,
+    STId,
+    SHId,
+    THId
 };
 
 } // namespace KZBasicServices
@@ -117,11 +132,11 @@ public:
     // The date in that year; the null date when a fixed day does not exist.
     KZDate getDateForYear(int year) const;
 
-    std::string m_name;  // German, Latin-1
-    int m_day;           // fixed rules: day of month, else -1
-    int m_month;         // fixed rules: month, else -1
-    int m_offset;        // Easter rules: days after Easter Sunday, else -1 (0 for DayOfRepentance)
-    int m_states;        // mask of BundesLand bits; 65535 all
+    std::string m_name; // German, Latin-1
+    int m_day;          // fixed rules: day of month, else -1
+    int m_month;        // fixed rules: month, else -1
+    int m_offset;       // Easter rules: days after Easter Sunday, else -1 (0 for DayOfRepentance)
+    int m_states;       // mask of BundesLand bits; 65535 all
     DateCalcRule m_rule;
 };
 

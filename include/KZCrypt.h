@@ -33,41 +33,41 @@
 
 // --- Constants of the cipher interface --------------------------------------
 
-constexpr unsigned char DIR_ENCRYPT = 0;   // key record for encryption
-constexpr unsigned char DIR_DECRYPT = 1;   // key record for decryption
-constexpr unsigned char MODE_ECB = 1;      // electronic code book
-constexpr unsigned char MODE_CBC = 2;      // cipher block chaining
-constexpr unsigned char MODE_CFB1 = 3;     // 1-bit cipher feedback
+constexpr unsigned char DIR_ENCRYPT = 0; // key record for encryption
+constexpr unsigned char DIR_DECRYPT = 1; // key record for decryption
+constexpr unsigned char MODE_ECB = 1;    // electronic code book
+constexpr unsigned char MODE_CBC = 2;    // cipher block chaining
+constexpr unsigned char MODE_CFB1 = 3;   // 1-bit cipher feedback
 
-constexpr int CIPHER_SUCCESS = 1;          // every function's success status
-constexpr int BAD_KEY_DIR = -1;            // direction not 0 or 1
-constexpr int BAD_KEY_MAT = -2;            // key length not 128/192/256, or a non-hex digit
-constexpr int BAD_KEY_INSTANCE = -3;       // null key record
-constexpr int BAD_CIPHER_MODE = -4;        // mode not 1..3
-constexpr int BAD_CIPHER_STATE = -5;       // null record or pointer, or key of the wrong direction
-constexpr int BAD_CIPHER_INSTANCE = -7;    // non-hex digit in the IV text
+constexpr int CIPHER_SUCCESS = 1;       // every function's success status
+constexpr int BAD_KEY_DIR = -1;         // direction not 0 or 1
+constexpr int BAD_KEY_MAT = -2;         // key length not 128/192/256, or a non-hex digit
+constexpr int BAD_KEY_INSTANCE = -3;    // null key record
+constexpr int BAD_CIPHER_MODE = -4;     // mode not 1..3
+constexpr int BAD_CIPHER_STATE = -5;    // null record or pointer, or key of the wrong direction
+constexpr int BAD_CIPHER_INSTANCE = -7; // non-hex digit in the IV text
 
-constexpr int MAX_KEY_SIZE = 64;           // hex digits of the longest key
-constexpr int MAX_IV_SIZE = 32;            // bytes of the IV field (16 are used)
-constexpr int MAXBC = 4;                   // columns of a 128-bit state
-constexpr int MAXKC = 8;                   // columns of the longest key
-constexpr int MAXROUNDS = 14;              // rounds of a 256-bit key
+constexpr int MAX_KEY_SIZE = 64; // hex digits of the longest key
+constexpr int MAX_IV_SIZE = 32;  // bytes of the IV field (16 are used)
+constexpr int MAXBC = 4;         // columns of a 128-bit state
+constexpr int MAXKC = 8;         // columns of the longest key
+constexpr int MAXROUNDS = 14;    // rounds of a 256-bit key
 
 // A key record. Round key r of keySched is 4 columns of 4 bytes: keySched[r][c]
 // is column c, so the 16 bytes of a round key are in the byte order of a block.
 struct keyInstance {
-    unsigned char direction;               // DIR_ENCRYPT or DIR_DECRYPT
-    int keyLen;                            // bits: 128, 192 or 256
-    char keyMaterial[MAX_KEY_SIZE + 1];    // the key's hex digits
-    int blockLen;                          // kept for interface compatibility; never read
+    unsigned char direction;            // DIR_ENCRYPT or DIR_DECRYPT
+    int keyLen;                         // bits: 128, 192 or 256
+    char keyMaterial[MAX_KEY_SIZE + 1]; // the key's hex digits
+    int blockLen;                       // kept for interface compatibility; never read
     unsigned char keySched[MAXROUNDS + 1][4][4];
 };
 
 // A cipher record: mode and IV. Only IV[0..15] is used.
 struct cipherInstance {
-    unsigned char mode;                    // MODE_ECB, MODE_CBC or MODE_CFB1
+    unsigned char mode; // MODE_ECB, MODE_CBC or MODE_CFB1
     unsigned char IV[MAX_IV_SIZE];
-    int blockLen;                          // kept for interface compatibility; never read
+    int blockLen; // kept for interface compatibility; never read
 };
 
 // The process-wide round count (initially 0). makeKey sets keyLen / 32 + 6;
@@ -102,18 +102,17 @@ KZBS_API int cipherInit(cipherInstance* cipher, unsigned char mode, const char* 
 // outBuffer; decryption takes the feedback bits from input's first 16 bytes.
 // Each of the numBlocks passes runs the same 128 bits again, the register
 // carrying on.
-KZBS_API int blockEncrypt(const cipherInstance* cipher, const keyInstance* key,
-                          const unsigned char* input, int inputLen, unsigned char* outBuffer);
-KZBS_API int blockDecrypt(const cipherInstance* cipher, const keyInstance* key,
-                          const unsigned char* input, int inputLen, unsigned char* outBuffer);
+KZBS_API int blockEncrypt(const cipherInstance* cipher, const keyInstance* key, const unsigned char* input,
+                          int inputLen, unsigned char* outBuffer);
+KZBS_API int blockDecrypt(const cipherInstance* cipher, const keyInstance* key, const unsigned char* input,
+                          int inputLen, unsigned char* outBuffer);
 
 // Runs only the first `rounds` rounds (direction 0) or undoes rounds down to
 // `rounds` (direction 1) on the 16 bytes at input, writing 16 bytes to
 // outBuffer. inputLen is not used. Returns 1, -1 for another direction, -5
 // for a null record or pointer. rounds is clamped to 0..ROUNDS.
-KZBS_API int cipherUpdateRounds(const cipherInstance* cipher, const keyInstance* key,
-                                const unsigned char* input, int inputLen,
-                                unsigned char* outBuffer, int rounds);
+KZBS_API int cipherUpdateRounds(const cipherInstance* cipher, const keyInstance* key, const unsigned char* input,
+                                int inputLen, unsigned char* outBuffer, int rounds);
 
 // Which code the block functions (ECB, CBC and the CFB1 feedback) run: the
 // portable T-table code, the processor's AES instructions on one block per
@@ -141,8 +140,7 @@ KZBS_API int rijndaelSetImplementation(int implementation);
 
 // Standard key expansion: Nk = keyBits / 32 key columns from k (k[row][col]),
 // ROUNDS + 1 round keys into W. Returns 0, or -1 for another keyBits.
-KZBS_API int rijndaelKeySched(const unsigned char k[4][MAXKC], int keyBits,
-                              unsigned char W[MAXROUNDS + 1][4][4]);
+KZBS_API int rijndaelKeySched(const unsigned char k[4][MAXKC], int keyBits, unsigned char W[MAXROUNDS + 1][4][4]);
 // Converts an encryption schedule for the table-driven equivalent inverse
 // cipher: InvMixColumns on round keys 1 .. ROUNDS-1. Returns 0.
 KZBS_API int rijndaelKeyEnctoDec(int keyBits, unsigned char W[MAXROUNDS + 1][4][4]);
@@ -153,10 +151,8 @@ KZBS_API int rijndaelDecrypt(const unsigned char in[16], unsigned char out[16],
                              const unsigned char W[MAXROUNDS + 1][4][4]);
 // The state after r = min(rounds, ROUNDS) rounds; the decryption variant
 // undoes the rounds above r and expects an encryption-ordered schedule.
-KZBS_API int rijndaelEncryptRound(unsigned char a[4][MAXBC],
-                                  const unsigned char W[MAXROUNDS + 1][4][4], int rounds);
-KZBS_API int rijndaelDecryptRound(unsigned char a[4][MAXBC],
-                                  const unsigned char W[MAXROUNDS + 1][4][4], int rounds);
+KZBS_API int rijndaelEncryptRound(unsigned char a[4][MAXBC], const unsigned char W[MAXROUNDS + 1][4][4], int rounds);
+KZBS_API int rijndaelDecryptRound(unsigned char a[4][MAXBC], const unsigned char W[MAXROUNDS + 1][4][4], int rounds);
 
 // Step functions on the first BC columns of a state, for 128-bit blocks only
 // (BC is clamped to 0..4; ShiftRow rotates by the 4-column offsets modulo BC). rk is one round key in
@@ -317,14 +313,14 @@ protected:
     // The bytes encode/decode may touch: cryptedSize, bounded by what is held.
     unsigned int heldCryptedSize() const;
 
-    char* m_buffer = nullptr;           // owned, m_allocated bytes
-    std::uint32_t m_bufferSize = 0;     // the user's data length
-    std::uint32_t m_cryptedSize = 0;    // bufferSize rounded up to 16
-    char* m_keyText = nullptr;          // hex digits, keySize + 1 bytes, not terminated
+    char* m_buffer = nullptr;        // owned, m_allocated bytes
+    std::uint32_t m_bufferSize = 0;  // the user's data length
+    std::uint32_t m_cryptedSize = 0; // bufferSize rounded up to 16
+    char* m_keyText = nullptr;       // hex digits, keySize + 1 bytes, not terminated
     std::string m_typeTag;
     KeySize m_keySize;
     bool m_useByteTable;
-    std::uint32_t m_allocated = 0;      // bytes held at m_buffer
+    std::uint32_t m_allocated = 0; // bytes held at m_buffer
 
 private:
     unsigned int keyTextLength() const;

@@ -8,13 +8,13 @@
 #define KZ_EXPORT_H
 
 #if defined(_WIN32) && defined(KZBS_BUILDING_LIBRARY)
-#  define KZBS_API __declspec(dllexport)
+#define KZBS_API __declspec(dllexport)
 #elif defined(_WIN32)
-#  define KZBS_API
+#define KZBS_API
 #elif defined(__GNUC__) || defined(__clang__)
-#  define KZBS_API __attribute__((visibility("default")))
+#define KZBS_API __attribute__((visibility("default")))
 #else
-#  define KZBS_API
+#define KZBS_API
 #endif
 
 #endif // KZ_EXPORT_H

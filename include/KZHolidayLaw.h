@@ -67,8 +67,8 @@ namespace KZBasicServices {
 // A part of one state with holidays of its own.
 struct HolidayRegion {
     BundesLand state;
-    const char* code;         // vehicle registration code: "A", "KATH", "BZ", "EIC", ...
-    const char* description;  // German, Windows-1252
+    const char* code;        // vehicle registration code: "A", "KATH", "BZ", "EIC", ...
+    const char* description; // German, Windows-1252
 };
 
 } // namespace KZBasicServices
@@ -76,9 +76,9 @@ struct HolidayRegion {
 // One holiday on one date and where it holds in that year.
 struct KZBS_API DatedHoliday {
     KZDate date;
-    std::string name;  // German, Windows-1252
-    int states = 0;    // BundesLand mask of the states where it holds throughout
-    std::vector<const KZBasicServices::HolidayRegion*> regions;  // where it holds in a region only
+    std::string name; // German, Windows-1252
+    int states = 0;   // BundesLand mask of the states where it holds throughout
+    std::vector<const KZBasicServices::HolidayRegion*> regions; // where it holds in a region only
 };
 
 class KZBS_API KZHolidayLaw {
@@ -91,16 +91,15 @@ public:
     // BadWeek. The values are fixed; compare codes by name across the two.
     enum Status : int {
         Ok = 0,
-        BeforeFirstYear = 1,  // the question reaches before 1990
-        UnknownRegion = 2,    // no such region in the state (or no single state given)
-        OutOfRange = 3        // the question reaches after 4099 (a null date does)
+        BeforeFirstYear = 1, // the question reaches before 1990
+        UnknownRegion = 2,   // no such region in the state (or no single state given)
+        OutOfRange = 3       // the question reaches after 4099 (a null date does)
     };
 
     // Every region known, ordered by state and code.
     static const std::vector<KZBasicServices::HolidayRegion>& regions();
     // The region `code` of `state` (exact, case-sensitive); nullptr if none.
-    static const KZBasicServices::HolidayRegion* findRegion(KZBasicServices::BundesLand state,
-                                                            const std::string& code);
+    static const KZBasicServices::HolidayRegion* findRegion(KZBasicServices::BundesLand state, const std::string& code);
 
     // The holidays from `from` to `to` (both included) for `land` and the
     // optional `region` ("" none), sorted by date; two on one day keep rule
@@ -109,20 +108,20 @@ public:
     // An unknown region is reported first, then a reversed period (Ok,
     // empty), then the years.
     [[nodiscard]] static Status holidaysInPeriod(const KZDate& from, const KZDate& to, KZBasicServices::BundesLand land,
-                                   const std::string& region, std::vector<DatedHoliday>& out);
+                                                 const std::string& region, std::vector<DatedHoliday>& out);
 
     // 0: a holiday that holds in `land` (and `region`) falls on `date`;
     // 2: holidays fall on it that hold elsewhere only; 1: no holiday anywhere;
     // -1: `date` is before 1990; -2: unknown region; -3: after 4099 (the
     // negated Status codes).
     [[nodiscard]] static int isPublicHoliday(const KZDate& date, KZBasicServices::BundesLand land,
-                               const std::string& region = "");
+                                             const std::string& region = "");
 
     // Where the holiday called `name` (exact, Windows-1252) holds in `year`:
     // the mask of whole states and the regions. An unknown name, or one not
     // in force that year, gives Ok with states 0 and no regions.
     [[nodiscard]] static Status whereHolds(const std::string& name, int year, int& states,
-                             std::vector<const KZBasicServices::HolidayRegion*>& regions);
+                                           std::vector<const KZBasicServices::HolidayRegion*>& regions);
 
     // The name the law of `state` (one state) gives `holiday`: its common
     // name mostly, "Erscheinungsfest" for Heilige Drei K\xF6nige in BW, say.

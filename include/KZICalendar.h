@@ -21,8 +21,8 @@
 
 struct KZBS_API ICalendarOptions {
     std::string prodId = "-//KzBasicServices//kzbs//DE";
-    std::string uidDomain = "kzbasicservices.invalid";  // the part after '@' in every UID
-    std::time_t stamp = 0;  // DTSTAMP (UTC); 0: CrossPlatformApi::now()
+    std::string uidDomain = "kzbasicservices.invalid"; // the part after '@' in every UID
+    std::time_t stamp = 0;                             // DTSTAMP (UTC); 0: CrossPlatformApi::now()
 };
 
 class KZBS_API KZICalendar {

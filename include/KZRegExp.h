@@ -102,7 +102,7 @@ public:
 private:
     void copy_pattern(const KZRegExp& other);
 
-    unsigned char* m_pattern;   // the compiled tokens; null when the last compilation failed
+    unsigned char* m_pattern; // the compiled tokens; null when the last compilation failed
     int m_status;
 };
 

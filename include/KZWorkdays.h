@@ -33,10 +33,10 @@
 // Which days count as working days.
 struct KZBS_API WorkdayCalendar {
     KZBasicServices::BundesLand land = KZBasicServices::Alle;
-    std::string region;             // a region of `land` (a single state), or ""
-    bool classic = false;           // the classic table instead of the law
-    int daysPerWeek = 5;            // 5: Monday-Friday; 6: Monday-Saturday
-    bool christmasAndNewYearsEveOff = false;  // 24 and 31 December are free
+    std::string region;                      // a region of `land` (a single state), or ""
+    bool classic = false;                    // the classic table instead of the law
+    int daysPerWeek = 5;                     // 5: Monday-Friday; 6: Monday-Saturday
+    bool christmasAndNewYearsEveOff = false; // 24 and 31 December are free
 };
 
 class KZBS_API KZWorkdays {
@@ -47,10 +47,10 @@ public:
     // across the two.
     enum Status : int {
         Ok = 0,
-        BeforeFirstYear = 1,  // the law's rule set does not reach that year
+        BeforeFirstYear = 1, // the law's rule set does not reach that year
         UnknownRegion = 2,
-        BadWeek = 3,          // daysPerWeek is neither 5 nor 6
-        OutOfRange = 4        // a null date, or a result outside 1583..4099
+        BadWeek = 3,   // daysPerWeek is neither 5 nor 6
+        OutOfRange = 4 // a null date, or a result outside 1583..4099
     };
 
     // Whether `date` is a working day.

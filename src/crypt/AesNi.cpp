@@ -19,7 +19,7 @@ namespace kzcrypt {
 
 namespace {
 
-constexpr std::size_t kLanes = 8;   // blocks in flight where blocks are independent
+constexpr std::size_t kLanes = 8; // blocks in flight where blocks are independent
 
 struct Keys {
     __m128i k[MAXROUNDS + 1];
@@ -48,8 +48,14 @@ KZ_AES_INLINE __m128i decryptRounds(__m128i x, const Keys& keys, int rounds)
     return _mm_aesdeclast_si128(x, keys.k[0]);
 }
 
-KZ_AES_INLINE __m128i load(const unsigned char* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-KZ_AES_INLINE void store(unsigned char* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+KZ_AES_INLINE __m128i load(const unsigned char* p)
+{
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+}
+KZ_AES_INLINE void store(unsigned char* p, __m128i v)
+{
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v);
+}
 
 // Eight independent blocks, each round applied to all of them before the
 // next, so the instruction latencies overlap.
@@ -86,7 +92,7 @@ KZ_AES_INLINE void eightBlocks(__m128i x[kLanes], const Keys& keys, int rounds)
 template <bool Encrypt>
 KZ_AES_INLINE void ecb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
-    Keys keys {};
+    Keys keys{};
     loadKeys(keys, W, rounds);
     for (; blocks >= kLanes; blocks -= kLanes, in += 16 * kLanes, out += 16 * kLanes) {
         __m128i x[kLanes];
@@ -110,12 +116,12 @@ KZ_AES_INLINE void ecb(const unsigned char* in, unsigned char* out, std::size_t 
 // key are folded into the last round's key (AESENCLAST ends with an XOR of
 // its key), so the chain runs from one AES instruction straight into the
 // next; the ciphertext is recovered beside the chain.
-KZ_AES_INLINE void cbcEncrypt(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-                              int rounds, const unsigned char iv[16])
+KZ_AES_INLINE void cbcEncrypt(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                              const unsigned char iv[16])
 {
     if (blocks == 0)
         return;
-    Keys keys {};
+    Keys keys{};
     loadKeys(keys, W, rounds);
     __m128i state = _mm_xor_si128(_mm_xor_si128(load(in), keys.k[0]), load(iv));
     for (; blocks > 1; --blocks, in += 16, out += 16) {
@@ -131,10 +137,10 @@ KZ_AES_INLINE void cbcEncrypt(const unsigned char* in, unsigned char* out, std::
 
 // CBC decryption is parallel: eight blocks at a time, the ciphertext kept in
 // registers before anything is stored, so in and out may be the same buffer.
-KZ_AES_INLINE void cbcDecrypt(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-                              int rounds, const unsigned char iv[16])
+KZ_AES_INLINE void cbcDecrypt(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                              const unsigned char iv[16])
 {
-    Keys keys {};
+    Keys keys{};
     loadKeys(keys, W, rounds);
     __m128i previous = load(iv);
     for (; blocks >= kLanes; blocks -= kLanes, in += 16 * kLanes, out += 16 * kLanes) {
@@ -178,11 +184,14 @@ KZ_AES_TARGET void cbcEntry(bool encrypt, const unsigned char* in, unsigned char
         cbcDecrypt(in, out, blocks, W, rounds, iv);
 }
 
-bool available() { return __builtin_cpu_supports("aes") && __builtin_cpu_supports("sse4.1"); }
+bool available()
+{
+    return __builtin_cpu_supports("aes") && __builtin_cpu_supports("sse4.1");
+}
 
 KZ_AES_TARGET void encryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds)
 {
-    Keys keys {};
+    Keys keys{};
     loadKeys(keys, W, rounds);
     store(out, encryptRounds(_mm_xor_si128(load(in), keys.k[0]), keys, rounds));
 }

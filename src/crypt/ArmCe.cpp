@@ -20,21 +20,27 @@
 #include <sys/auxv.h>
 
 #ifndef HWCAP_AES
-#define HWCAP_AES (1 << 3)   // <asm/hwcap.h>, arm64
+#define HWCAP_AES (1 << 3) // <asm/hwcap.h>, arm64
 #endif
 
 namespace kzcrypt {
 
 namespace {
 
-constexpr std::size_t kLanes = 8;   // blocks in flight where blocks are independent
+constexpr std::size_t kLanes = 8; // blocks in flight where blocks are independent
 
 struct Keys {
     uint8x16_t k[MAXROUNDS + 1];
 };
 
-inline uint8x16_t load(const unsigned char* p) { return vld1q_u8(p); }
-inline void store(unsigned char* p, uint8x16_t v) { vst1q_u8(p, v); }
+inline uint8x16_t load(const unsigned char* p)
+{
+    return vld1q_u8(p);
+}
+inline void store(unsigned char* p, uint8x16_t v)
+{
+    vst1q_u8(p, v);
+}
 
 inline void loadKeys(Keys& keys, RoundKeys W, int rounds)
 {
@@ -46,8 +52,14 @@ inline void loadKeys(Keys& keys, RoundKeys W, int rounds)
 // The last AESE takes the round key before the final one, the last AESD the
 // one after round key 0; with no rounds at all, both are round key 0, as in
 // the portable code.
-inline int lastInnerKey(int rounds) { return rounds > 0 ? rounds - 1 : 0; }
-inline int firstInnerKey(int rounds) { return rounds > 0 ? 1 : 0; }
+inline int lastInnerKey(int rounds)
+{
+    return rounds > 0 ? rounds - 1 : 0;
+}
+inline int firstInnerKey(int rounds)
+{
+    return rounds > 0 ? 1 : 0;
+}
 
 inline uint8x16_t encryptRounds(uint8x16_t x, const Keys& keys, int rounds)
 {
@@ -96,7 +108,7 @@ inline void eightBlocks(uint8x16_t x[kLanes], const Keys& keys, int rounds)
 template <bool Encrypt>
 inline void ecb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {
-    Keys keys {};
+    Keys keys{};
     loadKeys(keys, W, rounds);
     for (; blocks >= kLanes; blocks -= kLanes, in += 16 * kLanes, out += 16 * kLanes) {
         uint8x16_t x[kLanes];
@@ -114,7 +126,7 @@ inline void ecb(const unsigned char* in, unsigned char* out, std::size_t blocks,
 inline void cbcEncrypt(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                        const unsigned char iv[16])
 {
-    Keys keys {};
+    Keys keys{};
     loadKeys(keys, W, rounds);
     uint8x16_t chain = load(iv);
     for (; blocks > 0; --blocks, in += 16, out += 16) {
@@ -128,7 +140,7 @@ inline void cbcEncrypt(const unsigned char* in, unsigned char* out, std::size_t 
 inline void cbcDecrypt(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
                        const unsigned char iv[16])
 {
-    Keys keys {};
+    Keys keys{};
     loadKeys(keys, W, rounds);
     uint8x16_t previous = load(iv);
     for (; blocks >= kLanes; blocks -= kLanes, in += 16 * kLanes, out += 16 * kLanes) {
@@ -151,8 +163,7 @@ inline void cbcDecrypt(const unsigned char* in, unsigned char* out, std::size_t 
 // The kernels' entry points, one per round count (a constant or the
 // run-time count, see withRoundCount).
 template <class Rounds>
-void ecbEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-              Rounds rounds)
+void ecbEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, Rounds rounds)
 {
     if (encrypt)
         ecb<true>(in, out, blocks, W, rounds);
@@ -161,8 +172,8 @@ void ecbEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::si
 }
 
 template <class Rounds>
-void cbcEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-              Rounds rounds, const unsigned char iv[16])
+void cbcEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, Rounds rounds,
+              const unsigned char iv[16])
 {
     if (encrypt)
         cbcEncrypt(in, out, blocks, W, rounds, iv);
@@ -178,7 +189,7 @@ bool available()
 
 void encryptBlock(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds)
 {
-    Keys keys {};
+    Keys keys{};
     loadKeys(keys, W, rounds);
     store(out, encryptRounds(load(in), keys, rounds));
 }

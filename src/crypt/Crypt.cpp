@@ -9,9 +9,9 @@
 #include <memory>
 #include <ostream>
 #ifdef _WIN32
-#include <windows.h>  // SecureZeroMemory
+#include <windows.h> // SecureZeroMemory
 #else
-#include <string.h>   // explicit_bzero
+#include <string.h> // explicit_bzero
 #endif
 
 namespace {
@@ -23,7 +23,10 @@ constexpr std::uint32_t kFirstReadChunk = 1u << 20;
 
 constexpr char kRijndaelIv[] = "7E21C9A4D05B38F67E21C9A4D05B38F6";
 
-std::uint32_t roundUpToBlock(std::uint32_t size) { return (size + 15u) & ~15u; }
+std::uint32_t roundUpToBlock(std::uint32_t size)
+{
+    return (size + 15u) & ~15u;
+}
 
 // A wipe the compiler may not drop although the memory is freed next.
 void wipe(void* memory, std::size_t size)
@@ -77,12 +80,11 @@ std::streamoff bytesLeft(std::istream& in)
 // The block grows with the bytes delivered, so a stream claiming gigabytes it
 // does not have costs at most twice what it has, plus the first chunk of a
 // stream that cannot tell its length (no more than `firstChunk`).
-std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size, std::uint32_t firstChunk,
-                                  std::uint32_t& have)
+std::unique_ptr<char[]> readBlock(std::istream& in, std::uint32_t size, std::uint32_t firstChunk, std::uint32_t& have)
 {
     const std::streamoff left = bytesLeft(in);
-    std::uint32_t capacity = left >= 0 ? static_cast<std::uint32_t>(std::min<std::streamoff>(size, left))
-                                       : std::min(size, firstChunk);
+    std::uint32_t capacity =
+        left >= 0 ? static_cast<std::uint32_t>(std::min<std::streamoff>(size, left)) : std::min(size, firstChunk);
     std::unique_ptr<char[]> block(new char[capacity]);
     have = 0;
     for (;;) {
@@ -171,13 +173,25 @@ KZCrypt::~KZCrypt()
     delete[] m_keyText;
 }
 
-unsigned int KZCrypt::keyTextLength() const { return keyTextLengthOf(m_keySize); }
+unsigned int KZCrypt::keyTextLength() const
+{
+    return keyTextLengthOf(m_keySize);
+}
 
-bool KZCrypt::setKey(const std::string& key) { return writeKeyText(key, keyTextLength(), m_useByteTable, m_keyText); }
+bool KZCrypt::setKey(const std::string& key)
+{
+    return writeKeyText(key, keyTextLength(), m_useByteTable, m_keyText);
+}
 
-std::size_t KZCrypt::longestKeyText(KeySize size) { return keyTextLengthOf(size) / 2; }
+std::size_t KZCrypt::longestKeyText(KeySize size)
+{
+    return keyTextLengthOf(size) / 2;
+}
 
-std::size_t KZCrypt::keyCharactersUsed(KeySize size) { return keyTextLengthOf(size) / 8; }
+std::size_t KZCrypt::keyCharactersUsed(KeySize size)
+{
+    return keyTextLengthOf(size) / 8;
+}
 
 // makeKey reads the first size / 4 digits, two to a byte, and refuses the
 // key at a character that is no hex digit.
@@ -282,7 +296,10 @@ bool KZCrypt::setCryptedBuffer(const char* data, unsigned int cryptedSize, unsig
     return true;
 }
 
-unsigned int KZCrypt::heldCryptedSize() const { return std::min(m_cryptedSize, m_allocated); }
+unsigned int KZCrypt::heldCryptedSize() const
+{
+    return std::min(m_cryptedSize, m_allocated);
+}
 
 bool KZCrypt::writeEncrypted(std::ostream& out) const
 {
@@ -298,7 +315,10 @@ bool KZCrypt::writeEncrypted(std::ostream& out) const
     return !out.fail();
 }
 
-bool KZCrypt::readEncrypted(std::istream& in) { return readEncrypted(in, kDefaultMaxMissing); }
+bool KZCrypt::readEncrypted(std::istream& in)
+{
+    return readEncrypted(in, kDefaultMaxMissing);
+}
 
 // A short stream keeps its claimed sizes and a buffer of cryptedSize bytes
 // holding what arrived, zero-filled, unless the claim exceeds what arrived by
@@ -345,7 +365,10 @@ namespace {
 
 // The cipher works on whole blocks; a trailing partial block (a stream may
 // claim any size) stays as it is.
-std::uint32_t wholeBlocksHeld(std::uint32_t bytes) { return bytes & ~15u; }
+std::uint32_t wholeBlocksHeld(std::uint32_t bytes)
+{
+    return bytes & ~15u;
+}
 
 // CBC in place over `bytes` under the fixed IV. The block functions count bits
 // in an int, so large buffers go through in pieces; each piece starts from the
@@ -353,8 +376,8 @@ std::uint32_t wholeBlocksHeld(std::uint32_t bytes) { return bytes & ~15u; }
 void cbcInPlace(unsigned char direction, int keySize, const char* keyText, std::uint32_t cryptedSize,
                 unsigned char* data, std::uint32_t bytes)
 {
-    keyInstance key {};
-    cipherInstance cipher {};
+    keyInstance key{};
+    cipherInstance cipher{};
     key.blockLen = cipher.blockLen = static_cast<int>(cryptedSize * 8u);
     makeKey(&key, direction, keySize, keyText);
     cipherInit(&cipher, MODE_CBC, kRijndaelIv);
@@ -363,7 +386,7 @@ void cbcInPlace(unsigned char direction, int keySize, const char* keyText, std::
         const std::uint32_t chunk = std::min(bytes - done, kChunkBytes);
         unsigned char* piece = data + done;
         unsigned char lastCipherBlock[16] = {}; // set on every path below; the zeros quiet GCC
-        if (direction == DIR_DECRYPT) // decryption overwrites it
+        if (direction == DIR_DECRYPT)           // decryption overwrites it
             std::memcpy(lastCipherBlock, piece + chunk - 16, 16);
         blockFunction(&cipher, &key, piece, static_cast<int>(chunk * 8), piece);
         if (direction == DIR_ENCRYPT)

@@ -8,7 +8,10 @@ namespace kzcrypt {
 
 namespace {
 
-bool always() { return true; }
+bool always()
+{
+    return true;
+}
 
 void encryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
 {

@@ -22,20 +22,41 @@ void store32(unsigned char* p, std::uint32_t v)
     p[3] = static_cast<unsigned char>(v >> 24);
 }
 
-inline unsigned byte0(std::uint32_t v) { return v & 0xff; }
-inline unsigned byte1(std::uint32_t v) { return (v >> 8) & 0xff; }
-inline unsigned byte2(std::uint32_t v) { return (v >> 16) & 0xff; }
-inline unsigned byte3(std::uint32_t v) { return v >> 24; }
+inline unsigned byte0(std::uint32_t v)
+{
+    return v & 0xff;
+}
+inline unsigned byte1(std::uint32_t v)
+{
+    return (v >> 8) & 0xff;
+}
+inline unsigned byte2(std::uint32_t v)
+{
+    return (v >> 16) & 0xff;
+}
+inline unsigned byte3(std::uint32_t v)
+{
+    return v >> 24;
+}
 
-int clampColumns(unsigned char BC) { return BC > MAXBC ? MAXBC : BC; }
+int clampColumns(unsigned char BC)
+{
+    return BC > MAXBC ? MAXBC : BC;
+}
 
-int clamp(int value, int low, int high) { return value < low ? low : value > high ? high : value; }
+int clamp(int value, int low, int high)
+{
+    return value < low ? low : value > high ? high : value;
+}
 
 } // namespace
 
 namespace kzcrypt {
 
-int effectiveRounds() { return clamp(ROUNDS, 0, MAXROUNDS); }
+int effectiveRounds()
+{
+    return clamp(ROUNDS, 0, MAXROUNDS);
+}
 
 void encryptBlockPortable(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds)
 {
@@ -46,12 +67,16 @@ void encryptBlockPortable(const unsigned char in[16], unsigned char out[16], Rou
         const std::uint32_t t1 = T1[byte0(s1)] ^ T2[byte1(s2)] ^ T3[byte2(s3)] ^ T4[byte3(s0)] ^ load32(W[r][1]);
         const std::uint32_t t2 = T1[byte0(s2)] ^ T2[byte1(s3)] ^ T3[byte2(s0)] ^ T4[byte3(s1)] ^ load32(W[r][2]);
         const std::uint32_t t3 = T1[byte0(s3)] ^ T2[byte1(s0)] ^ T3[byte2(s1)] ^ T4[byte3(s2)] ^ load32(W[r][3]);
-        s0 = t0; s1 = t1; s2 = t2; s3 = t3;
+        s0 = t0;
+        s1 = t1;
+        s2 = t2;
+        s3 = t3;
     }
     const std::uint32_t s[4] = {s0, s1, s2, s3};
     for (int c = 0; c < 4; ++c) {
         const std::uint32_t v = std::uint32_t(S[byte0(s[c])]) | std::uint32_t(S[byte1(s[(c + 1) & 3])]) << 8
-            | std::uint32_t(S[byte2(s[(c + 2) & 3])]) << 16 | std::uint32_t(S[byte3(s[(c + 3) & 3])]) << 24;
+                                | std::uint32_t(S[byte2(s[(c + 2) & 3])]) << 16
+                                | std::uint32_t(S[byte3(s[(c + 3) & 3])]) << 24;
         store32(out + 4 * c, v ^ load32(W[rounds][c]));
     }
 }
@@ -65,12 +90,16 @@ void decryptBlockPortable(const unsigned char in[16], unsigned char out[16], Rou
         const std::uint32_t t1 = T5[byte0(s1)] ^ T6[byte1(s0)] ^ T7[byte2(s3)] ^ T8[byte3(s2)] ^ load32(W[r][1]);
         const std::uint32_t t2 = T5[byte0(s2)] ^ T6[byte1(s1)] ^ T7[byte2(s0)] ^ T8[byte3(s3)] ^ load32(W[r][2]);
         const std::uint32_t t3 = T5[byte0(s3)] ^ T6[byte1(s2)] ^ T7[byte2(s1)] ^ T8[byte3(s0)] ^ load32(W[r][3]);
-        s0 = t0; s1 = t1; s2 = t2; s3 = t3;
+        s0 = t0;
+        s1 = t1;
+        s2 = t2;
+        s3 = t3;
     }
     const std::uint32_t s[4] = {s0, s1, s2, s3};
     for (int c = 0; c < 4; ++c) {
         const std::uint32_t v = std::uint32_t(S5[byte0(s[c])]) | std::uint32_t(S5[byte1(s[(c + 3) & 3])]) << 8
-            | std::uint32_t(S5[byte2(s[(c + 2) & 3])]) << 16 | std::uint32_t(S5[byte3(s[(c + 1) & 3])]) << 24;
+                                | std::uint32_t(S5[byte2(s[(c + 2) & 3])]) << 16
+                                | std::uint32_t(S5[byte3(s[(c + 1) & 3])]) << 24;
         store32(out + 4 * c, v ^ load32(W[0][c]));
     }
 }

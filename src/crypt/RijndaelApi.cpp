@@ -88,8 +88,8 @@ const Implementation& inUse()
 // register takes the ciphertext bit: the one just produced when encrypting,
 // the one read from `cipherBits` when decrypting (read before out is changed,
 // so both may be the same buffer).
-void cfb1(const cipherInstance* cipher, const keyInstance* key, const unsigned char* cipherBits,
-          unsigned char* out, int numBlocks)
+void cfb1(const cipherInstance* cipher, const keyInstance* key, const unsigned char* cipherBits, unsigned char* out,
+          int numBlocks)
 {
     const int rounds = kzcrypt::effectiveRounds();
     const auto encryptBlock = inUse().encryptBlock;
@@ -110,7 +110,10 @@ void cfb1(const cipherInstance* cipher, const keyInstance* key, const unsigned c
     }
 }
 
-bool validMode(unsigned char mode) { return mode == MODE_ECB || mode == MODE_CBC || mode == MODE_CFB1; }
+bool validMode(unsigned char mode)
+{
+    return mode == MODE_ECB || mode == MODE_CBC || mode == MODE_CFB1;
+}
 
 // The pointers a call with at least one block needs: CFB1 encryption reads
 // no input.
@@ -121,15 +124,21 @@ bool buffersPresent(int numBlocks, const unsigned char* input, const unsigned ch
 
 } // namespace
 
-bool rijndaelHardwareAvailable() { return rijndaelImplementationAvailable(RIJNDAEL_HARDWARE); }
+bool rijndaelHardwareAvailable()
+{
+    return rijndaelImplementationAvailable(RIJNDAEL_HARDWARE);
+}
 
 bool rijndaelImplementationAvailable(int implementation)
 {
     return implementation >= RIJNDAEL_PORTABLE && implementation <= RIJNDAEL_VAES
-        && availableUpTo(implementation).id == implementation;
+           && availableUpTo(implementation).id == implementation;
 }
 
-int rijndaelImplementation() { return inUse().id; }
+int rijndaelImplementation()
+{
+    return inUse().id;
+}
 
 int rijndaelSetImplementation(int implementation)
 {
@@ -200,15 +209,9 @@ int blockEncrypt(const cipherInstance* cipher, const keyInstance* key, const uns
     const int rounds = kzcrypt::effectiveRounds();
     const std::size_t blocks = numBlocks > 0 ? static_cast<std::size_t>(numBlocks) : 0;
     switch (cipher->mode) {
-    case MODE_ECB:
-        inUse().encryptEcb(input, outBuffer, blocks, key->keySched, rounds);
-        break;
-    case MODE_CBC:
-        inUse().encryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
-        break;
-    default:
-        cfb1(cipher, key, nullptr, outBuffer, numBlocks);
-        break;
+    case MODE_ECB: inUse().encryptEcb(input, outBuffer, blocks, key->keySched, rounds); break;
+    case MODE_CBC: inUse().encryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV); break;
+    default: cfb1(cipher, key, nullptr, outBuffer, numBlocks); break;
     }
     return 128 * numBlocks;
 }
@@ -226,15 +229,9 @@ int blockDecrypt(const cipherInstance* cipher, const keyInstance* key, const uns
     const int rounds = kzcrypt::effectiveRounds();
     const std::size_t blocks = numBlocks > 0 ? static_cast<std::size_t>(numBlocks) : 0;
     switch (cipher->mode) {
-    case MODE_ECB:
-        inUse().decryptEcb(input, outBuffer, blocks, key->keySched, rounds);
-        break;
-    case MODE_CBC:
-        inUse().decryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV);
-        break;
-    default:
-        cfb1(cipher, key, input, outBuffer, numBlocks);
-        break;
+    case MODE_ECB: inUse().decryptEcb(input, outBuffer, blocks, key->keySched, rounds); break;
+    case MODE_CBC: inUse().decryptCbc(input, outBuffer, blocks, key->keySched, rounds, cipher->IV); break;
+    default: cfb1(cipher, key, input, outBuffer, numBlocks); break;
     }
     return 128 * numBlocks;
 }
@@ -248,14 +245,9 @@ int cipherUpdateRounds(const cipherInstance* cipher, const keyInstance* key, con
     for (int i = 0; i < 16; ++i)
         state[i % 4][i / 4] = input[i];
     switch (key->direction) {
-    case DIR_ENCRYPT:
-        rijndaelEncryptRound(state, key->keySched, rounds);
-        break;
-    case DIR_DECRYPT:
-        rijndaelDecryptRound(state, key->keySched, rounds);
-        break;
-    default:
-        return BAD_KEY_DIR;
+    case DIR_ENCRYPT: rijndaelEncryptRound(state, key->keySched, rounds); break;
+    case DIR_DECRYPT: rijndaelDecryptRound(state, key->keySched, rounds); break;
+    default: return BAD_KEY_DIR;
     }
     for (int i = 0; i < 16; ++i)
         outBuffer[i] = state[i % 4][i / 4];

@@ -25,7 +25,7 @@
 
 namespace kzcrypt {
 
-using RoundKeys = const unsigned char (*)[4][4];   // W[0..rounds], block byte order
+using RoundKeys = const unsigned char (*)[4][4]; // W[0..rounds], block byte order
 
 // ROUNDS clamped to 0..MAXROUNDS, so no schedule is indexed past its end.
 int effectiveRounds();
@@ -37,8 +37,8 @@ void decryptBlockPortable(const unsigned char in[16], unsigned char out[16], Rou
 // bytes of the portable code for every round count 0..14, and takes in and
 // out equal. Its functions may only be called when available() said yes.
 struct Implementation {
-    int id;                 // RIJNDAEL_PORTABLE, RIJNDAEL_HARDWARE (AES-NI or ARMv8) or RIJNDAEL_VAES
-    bool (*available)();    // the processor has the instructions, the system saves their state
+    int id;              // RIJNDAEL_PORTABLE, RIJNDAEL_HARDWARE (AES-NI or ARMv8) or RIJNDAEL_VAES
+    bool (*available)(); // the processor has the instructions, the system saves their state
     void (*encryptBlock)(const unsigned char in[16], unsigned char out[16], RoundKeys W, int rounds);
     void (*encryptEcb)(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
     void (*decryptEcb)(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds);
@@ -62,15 +62,15 @@ inline void withRoundCount(int rounds, Kernel&& kernel)
     }
 }
 
-extern const Implementation kPortable;   // table-driven, everywhere
+extern const Implementation kPortable; // table-driven, everywhere
 #if KZ_CRYPT_HAVE_AESNI
-extern const Implementation kAesNi;      // one block per AES instruction
+extern const Implementation kAesNi; // one block per AES instruction
 #endif
 #if KZ_CRYPT_HAVE_VAES
-extern const Implementation kVaes;       // four blocks per instruction where blocks are independent
+extern const Implementation kVaes; // four blocks per instruction where blocks are independent
 #endif
 #if KZ_CRYPT_HAVE_ARMCE
-extern const Implementation kArmCe;      // AESE/AESD per round, the hardware path on ARM64
+extern const Implementation kArmCe; // AESE/AESD per round, the hardware path on ARM64
 #endif
 
 } // namespace kzcrypt

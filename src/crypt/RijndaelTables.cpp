@@ -36,9 +36,9 @@ constexpr std::uint32_t bytes(std::uint8_t b0, std::uint8_t b1, std::uint8_t b2,
 }
 
 struct Generated {
-    std::uint8_t log[256] {}, alog[256] {}, s[256] {}, si[256] {};
-    std::uint32_t t[8][256] {}, u[4][256] {};
-    std::uint32_t rc[30] {};
+    std::uint8_t log[256]{}, alog[256]{}, s[256]{}, si[256]{};
+    std::uint32_t t[8][256]{}, u[4][256]{};
+    std::uint32_t rc[30]{};
 };
 
 constexpr Generated generate()
@@ -54,8 +54,8 @@ constexpr Generated generate()
     g.log[0] = 0;
     for (int x = 0; x < 256; ++x) {
         const std::uint8_t inverse = x ? g.alog[(255 - g.log[x]) % 255] : 0;
-        const std::uint8_t sx = static_cast<std::uint8_t>(
-            inverse ^ rotl8(inverse, 1) ^ rotl8(inverse, 2) ^ rotl8(inverse, 3) ^ rotl8(inverse, 4) ^ 0x63);
+        const std::uint8_t sx = static_cast<std::uint8_t>(inverse ^ rotl8(inverse, 1) ^ rotl8(inverse, 2)
+                                                          ^ rotl8(inverse, 3) ^ rotl8(inverse, 4) ^ 0x63);
         g.s[x] = sx;
         g.si[sx] = static_cast<std::uint8_t>(x);
     }
@@ -131,8 +131,8 @@ alignas(64) const std::uint32_t U1[256] = {KZ_R256(KZ_U1)};
 alignas(64) const std::uint32_t U2[256] = {KZ_R256(KZ_U2)};
 alignas(64) const std::uint32_t U3[256] = {KZ_R256(KZ_U3)};
 alignas(64) const std::uint32_t U4[256] = {KZ_R256(KZ_U4)};
-const std::uint32_t rcon[30] = {KZ_R16(KZ_RC, 0) KZ_R4(KZ_RC, 16) KZ_R4(KZ_RC, 20) KZ_RC(24) KZ_RC(25)
-                                    KZ_RC(26) KZ_RC(27) KZ_RC(28) KZ_RC(29)};
+const std::uint32_t rcon[30] = {KZ_R16(KZ_RC, 0) KZ_R4(KZ_RC, 16) KZ_R4(KZ_RC, 20) KZ_RC(24) KZ_RC(25) KZ_RC(26)
+                                    KZ_RC(27) KZ_RC(28) KZ_RC(29)};
 const unsigned char shifts[3][4][2] = {
     {{0, 0}, {1, 3}, {2, 2}, {3, 1}},
     {{0, 0}, {1, 5}, {2, 4}, {3, 3}},

@@ -22,8 +22,8 @@ namespace kzcrypt {
 
 namespace {
 
-constexpr std::size_t kWide = 8;                  // 512-bit vectors in flight
-constexpr std::size_t kVectorBlocks = 4;          // blocks per vector
+constexpr std::size_t kWide = 8;         // 512-bit vectors in flight
+constexpr std::size_t kVectorBlocks = 4; // blocks per vector
 constexpr std::size_t kStride = kWide * kVectorBlocks;
 // Every lane: the zero-masking forms of two intrinsics, which compile to the
 // plain instruction, spare gcc's warning about their undefined pass-through.

@@ -35,7 +35,7 @@ struct PlainDay {
     const KZDate& date;
     unsigned month, day;
     int year;
-    std::uint32_t easter = 0;  // Easter Sunday's day number, once needed
+    std::uint32_t easter = 0; // Easter Sunday's day number, once needed
 
     explicit PlainDay(const KZDate& d) : date(d)
     {
@@ -69,8 +69,7 @@ struct PlainDay {
             return easter + static_cast<std::uint32_t>(row.m_offset) == dayNumberOf(date);
         case PublicHolidayInfoBase::DayOfRepentance:
             return month == 11 && 16 <= day && day <= 22 && weekdayOfDayNumber(dayNumberOf(date)) == 3;
-        default:
-            return month == 1 && day == 1;
+        default: return month == 1 && day == 1;
         }
     }
 };
@@ -100,7 +99,10 @@ PublicHolidayMatches rowsOn(const KZDate& date)
 
 } // namespace
 
-PublicHolidayMatches KZCalendar::getPublicHolidayInfo(const KZDate& date) { return rowsOn(date); }
+PublicHolidayMatches KZCalendar::getPublicHolidayInfo(const KZDate& date)
+{
+    return rowsOn(date);
+}
 
 int KZCalendar::isPublicHoliday(const KZDate& date, BundesLand land)
 {

@@ -24,8 +24,8 @@ namespace kzdatetime {
 template <typename Int>
 struct CivilDate {
     Int year;
-    unsigned month;  // 1..12
-    unsigned day;    // 1..31
+    unsigned month; // 1..12
+    unsigned day;   // 1..31
 };
 
 // A year divisible by 100 is divisible by 400 exactly when it is by 16.
@@ -80,12 +80,12 @@ inline constexpr unsigned kDaysFromMarch1st0To1970 = 719468;
 template <typename Int>
 constexpr Int daysFromCivil(Int year, unsigned month, unsigned day)
 {
-    year -= month <= 2 ? 1 : 0;  // year 0's January wraps an unsigned Int too
+    year -= month <= 2 ? 1 : 0; // year 0's January wraps an unsigned Int too
     const Int century = floorDiv<Int>(year, 100);
-    const auto yearOfCentury = static_cast<unsigned>(year - century * 100);  // 0..99
-    return floorDiv<Int>(century * 146097, 4) +
-           static_cast<Int>((1461 * yearOfCentury) / 4 + daysSinceMarch1st(month, day)) -
-           static_cast<Int>(kDaysFromMarch1st0To1970);
+    const auto yearOfCentury = static_cast<unsigned>(year - century * 100); // 0..99
+    return floorDiv<Int>(century * 146097, 4)
+           + static_cast<Int>((1461 * yearOfCentury) / 4 + daysSinceMarch1st(month, day))
+           - static_cast<Int>(kDaysFromMarch1st0To1970);
 }
 
 // The inverse of daysFromCivil: the date `days` after 1 January 1970. An
@@ -96,10 +96,10 @@ constexpr CivilDate<Int> civilFromDays(Int days)
 {
     const Int quarterDays = (days + static_cast<Int>(kDaysFromMarch1st0To1970)) * 4 + 3;
     const Int century = floorDiv<Int>(quarterDays, 146097);
-    const auto quarterDayOfCentury = static_cast<unsigned>(quarterDays - century * 146097) | 3u;  // 4 * (0..36524) + 3
-    const unsigned yearOfCentury = quarterDayOfCentury / 1461;                                      // 0..99
-    const unsigned sinceMarch1st = (quarterDayOfCentury - 1461 * yearOfCentury) / 4;              // 0..365
-    const unsigned shiftedMonth = (5 * sinceMarch1st + 2) / 153;                                   // 0 = March
+    const auto quarterDayOfCentury = static_cast<unsigned>(quarterDays - century * 146097) | 3u; // 4 * (0..36524) + 3
+    const unsigned yearOfCentury = quarterDayOfCentury / 1461;                                   // 0..99
+    const unsigned sinceMarch1st = (quarterDayOfCentury - 1461 * yearOfCentury) / 4;             // 0..365
+    const unsigned shiftedMonth = (5 * sinceMarch1st + 2) / 153;                                 // 0 = March
     const unsigned day = sinceMarch1st - (153 * shiftedMonth + 2) / 5 + 1;
     const unsigned month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
     return {static_cast<Int>(century * 100 + static_cast<Int>(yearOfCentury + (month <= 2 ? 1 : 0))), month, day};
@@ -120,7 +120,7 @@ constexpr std::uint32_t dayNumberFromCivil(std::uint32_t year, unsigned month, u
     return daysFromCivil(year, month, day) + kDayNumberOf1970;
 }
 
-constexpr std::uint32_t kJan1st1901 = dayNumberFromCivil(1901, 1, 1);  // day 0 of KZDate(n, 0) and of KZTime
+constexpr std::uint32_t kJan1st1901 = dayNumberFromCivil(1901, 1, 1); // day 0 of KZDate(n, 0) and of KZTime
 
 // The date of a day number. Four times the days since 1 March of year 0
 // wraps in 32 bits, so every number reads modulo 2^30 days from that day, as
@@ -132,20 +132,35 @@ constexpr CivilDate<std::uint32_t> civilFromDayNumber(std::uint32_t dayNumber)
 
 // 1 = Monday .. 7 = Sunday; Julian Day 0 was a Monday. Counted from the day
 // number plus one in 32 bits, so the last number, 2^32 - 1, reads as a Sunday.
-constexpr unsigned weekdayOfDayNumber(std::uint32_t dayNumber) { return ((dayNumber + 1) % 7 + 6) % 7 + 1; }
+constexpr unsigned weekdayOfDayNumber(std::uint32_t dayNumber)
+{
+    return ((dayNumber + 1) % 7 + 6) % 7 + 1;
+}
 
 // KZDate keeps its day number behind Hash(); these name what the library
 // means by it.
-inline std::uint32_t dayNumberOf(const KZDate& date) { return date.Hash(); }
-inline bool isNullDate(const KZDate& date) { return date.Hash() == 0; }
+inline std::uint32_t dayNumberOf(const KZDate& date)
+{
+    return date.Hash();
+}
+inline bool isNullDate(const KZDate& date)
+{
+    return date.Hash() == 0;
+}
 // KZDate(n, 0) counts from 1 January 1901 and wraps, so it reaches every number.
-inline KZDate dateOfDayNumber(std::uint32_t dayNumber) { return KZDate(dayNumber - kJan1st1901, 0); }
+inline KZDate dateOfDayNumber(std::uint32_t dayNumber)
+{
+    return KZDate(dayNumber - kJan1st1901, 0);
+}
 // Every day number reads as a year below 2939806, so the year fits an int.
-inline int yearOf(const KZDate& date) { return static_cast<int>(civilFromDayNumber(dayNumberOf(date)).year); }
+inline int yearOf(const KZDate& date)
+{
+    return static_cast<int>(civilFromDayNumber(dayNumberOf(date)).year);
+}
 
 static_assert(kJan1st1901 == 2415386 && dayNumberFromCivil(2000, 1, 1) == 2451545, "Julian Day Numbers");
-static_assert(civilFromDayNumber(0).year == 2935093 && civilFromDayNumber(0).month == 2 &&
-                  civilFromDayNumber(0).day == 28,
+static_assert(civilFromDayNumber(0).year == 2935093 && civilFromDayNumber(0).month == 2
+                  && civilFromDayNumber(0).day == 28,
               "the null date's parts");
 
 } // namespace kzdatetime

@@ -11,7 +11,10 @@ using namespace kzdatetime;
 
 namespace {
 
-unsigned applyTwoDigitRule(unsigned year) { return year <= 137 ? year + 1900 : year; }
+unsigned applyTwoDigitRule(unsigned year)
+{
+    return year <= 137 ? year + 1900 : year;
+}
 
 // The exported functions below are thin wrappers around these: calls between
 // exported functions of a shared library cannot be inlined, and the
@@ -29,11 +32,20 @@ inline std::uint32_t dayNumber(unsigned month, unsigned day, unsigned year)
 
 } // namespace
 
-std::uint32_t KZDate::Jday(unsigned month, unsigned day, unsigned year) { return dayNumber(month, day, year); }
+std::uint32_t KZDate::Jday(unsigned month, unsigned day, unsigned year)
+{
+    return dayNumber(month, day, year);
+}
 
-unsigned KZDate::LeapYear(unsigned year) { return isLeapYear(year) ? 1 : 0; }
+unsigned KZDate::LeapYear(unsigned year)
+{
+    return isLeapYear(year) ? 1 : 0;
+}
 
-unsigned KZDate::DaysInYear(unsigned year) { return isLeapYear(year) ? 366 : 365; }
+unsigned KZDate::DaysInYear(unsigned year)
+{
+    return isLeapYear(year) ? 366 : 365;
+}
 
 unsigned KZDate::DayWithinMonth(unsigned month, unsigned day, unsigned year)
 {
@@ -61,10 +73,7 @@ KZDate::KZDate(unsigned dayNumberOrDayOfYear, unsigned year)
 {
 }
 
-KZDate::KZDate(const KZTime& time)
-    : m_day(time.Hash() == 0 ? 0 : time.LocalSecs() / 86400u + kJan1st1901)
-{
-}
+KZDate::KZDate(const KZTime& time) : m_day(time.Hash() == 0 ? 0 : time.LocalSecs() / 86400u + kJan1st1901) {}
 
 void KZDate::Mdy(unsigned& month, unsigned& day, unsigned& year) const
 {
@@ -74,11 +83,23 @@ void KZDate::Mdy(unsigned& month, unsigned& day, unsigned& year) const
     year = date.year;
 }
 
-unsigned KZDate::Month() const { return civilFromDayNumber(m_day).month; }
-unsigned KZDate::DayOfMonth() const { return civilFromDayNumber(m_day).day; }
-unsigned KZDate::Year() const { return civilFromDayNumber(m_day).year; }
+unsigned KZDate::Month() const
+{
+    return civilFromDayNumber(m_day).month;
+}
+unsigned KZDate::DayOfMonth() const
+{
+    return civilFromDayNumber(m_day).day;
+}
+unsigned KZDate::Year() const
+{
+    return civilFromDayNumber(m_day).year;
+}
 
-unsigned KZDate::Day() const { return m_day - dayNumber(12, 31, civilFromDayNumber(m_day).year - 1); }
+unsigned KZDate::Day() const
+{
+    return m_day - dayNumber(12, 31, civilFromDayNumber(m_day).year - 1);
+}
 
 unsigned KZDate::WeekDay(unsigned n) const
 {
@@ -100,7 +121,10 @@ KZDate KZDate::Previous(unsigned weekday) const
     return result;
 }
 
-KZDate KZDate::Previous(const char* dayName) const { return Previous(DayOfWeek(dayName)); }
+KZDate KZDate::Previous(const char* dayName) const
+{
+    return Previous(DayOfWeek(dayName));
+}
 
 unsigned KZDate::DaysInMonth(unsigned month) const
 {
@@ -124,16 +148,25 @@ int KZDate::CompareTo(const KZDate& other) const
     return m_day < other.m_day ? -1 : m_day > other.m_day ? 1 : 0;
 }
 
-std::uint32_t KZDate::Max(const KZDate& other) const { return other.m_day > m_day ? other.m_day : m_day; }
+std::uint32_t KZDate::Max(const KZDate& other) const
+{
+    return other.m_day > m_day ? other.m_day : m_day;
+}
 
-std::uint32_t KZDate::Min(const KZDate& other) const { return other.m_day < m_day ? other.m_day : m_day; }
+std::uint32_t KZDate::Min(const KZDate& other) const
+{
+    return other.m_day < m_day ? other.m_day : m_day;
+}
 
 KZDate operator+(const KZDate& date, int days)
 {
     return dateOfDayNumber(dayNumberOf(date) + static_cast<std::uint32_t>(days));
 }
 
-KZDate operator+(int days, const KZDate& date) { return date + days; }
+KZDate operator+(int days, const KZDate& date)
+{
+    return date + days;
+}
 
 KZDate operator-(const KZDate& date, int days)
 {

@@ -7,10 +7,10 @@
 namespace {
 
 // Umlauts as octal escapes: three digits at most, so the letters after them stay letters.
-const char* const kMonthNames[12] = {"Januar", "Februar", "M\344rz", "April", "Mai", "Juni",
-                                     "Juli", "August", "September", "Oktober", "November", "Dezember"};
-const char* const kUpperMonthNames[12] = {"JANUAR", "FEBRUAR", "M\304RZ", "APRIL", "MAI", "JUNI",
-                                          "JULI", "AUGUST", "SEPTEMBER", "OKTOBER", "NOVEMBER", "DEZEMBER"};
+const char* const kMonthNames[12] = {"Januar", "Februar", "M\344rz",   "April",   "Mai",      "Juni",
+                                     "Juli",   "August",  "September", "Oktober", "November", "Dezember"};
+const char* const kUpperMonthNames[12] = {"JANUAR", "FEBRUAR", "M\304RZ",   "APRIL",   "MAI",      "JUNI",
+                                          "JULI",   "AUGUST",  "SEPTEMBER", "OKTOBER", "NOVEMBER", "DEZEMBER"};
 const char* const kDayNames[7] = {"Montag", "Dienstag", "Mittwoch", "Donnerstag", "Freitag", "Samstag", "Sonntag"};
 const char* const kUpperDayNames[7] = {"MONTAG", "DIENSTAG", "MITTWOCH", "DONNERSTAG", "FREITAG", "SAMSTAG", "SONNTAG"};
 
@@ -19,7 +19,10 @@ const int kTableSize[4] = {12, 12, 7, 7};
 // The current tables. A null slot is one made unusable by SetIntlNames(kind, nullptr).
 const char* const* g_tables[4] = {kMonthNames, kUpperMonthNames, kDayNames, kUpperDayNames};
 
-bool knownKind(KZDateType type) { return type >= MonthNames && type <= UpperDayNames; }
+bool knownKind(KZDateType type)
+{
+    return type >= MonthNames && type <= UpperDayNames;
+}
 
 const char* entry(KZDateType type, int index)
 {
@@ -54,9 +57,15 @@ const char* KZDate::DayName(unsigned weekday)
     return weekday >= 1 && weekday <= 7 ? entry(DayNames, static_cast<int>(weekday) - 1) : nullptr;
 }
 
-unsigned KZDate::IndexOfMonth(const char* name) { return matchPrefix(UpperMonthNames, name); }
+unsigned KZDate::IndexOfMonth(const char* name)
+{
+    return matchPrefix(UpperMonthNames, name);
+}
 
-unsigned KZDate::DayOfWeek(const char* name) { return matchPrefix(UpperDayNames, name); }
+unsigned KZDate::DayOfWeek(const char* name)
+{
+    return matchPrefix(UpperDayNames, name);
+}
 
 void KZDate::SetIntlNames(KZDateType type, const char** names)
 {
@@ -68,4 +77,7 @@ void KZDate::SetIntlNames(KZDateType type, const char** names)
     g_tables[type] = names;
 }
 
-const char* KZDate::GetIntlName(KZDateType type, int index) { return entry(type, index); }
+const char* KZDate::GetIntlName(KZDateType type, int index)
+{
+    return entry(type, index);
+}

@@ -47,26 +47,30 @@ std::string formatDate(const KZDate& date)
             text << buffer;
         }
         break;
-    case 2:
-        text << month << "/" << day << "/" << year;
-        break;
-    case 3:
-        text << day << "/" << month << "/" << year;
-        break;
+    case 2: text << month << "/" << day << "/" << year; break;
+    case 3: text << day << "/" << month << "/" << year; break;
     case 4:
         text << day << " ";
         putMonthName(text, month);
         text << " " << year;
         break;
-    default:
-        break;
+    default: break;
     }
     return text.str();
 }
 
-bool isAlnum(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; }
-bool isAlpha(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isAlnum(char c)
+{
+    return std::isalnum(static_cast<unsigned char>(c)) != 0;
+}
+bool isAlpha(char c)
+{
+    return std::isalpha(static_cast<unsigned char>(c)) != 0;
+}
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
 
 // Reads (skipping white space) up to the next letter or digit and leaves it unread.
 void skipDelimiters(std::istream& in)
@@ -108,7 +112,10 @@ unsigned readDigits(const char* text, std::size_t most, std::size_t& used)
     return static_cast<unsigned>(std::atoi(buffer));
 }
 
-bool isFieldChar(char c, char lower) { return c == lower || c == lower - 'a' + 'A'; }
+bool isFieldChar(char c, char lower)
+{
+    return c == lower || c == lower - 'a' + 'A';
+}
 
 } // namespace
 

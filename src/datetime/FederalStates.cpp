@@ -47,7 +47,10 @@ Bundeslaender::Bundeslaender()
         m_names.emplace(row.land, NameAndAbreviation(row.name, row.abbreviation));
 }
 
-const BundesLand* Bundeslaender::getBundesLandConstants() { return bundesLandConst; }
+const BundesLand* Bundeslaender::getBundesLandConstants()
+{
+    return bundesLandConst;
+}
 
 BundesLand Bundeslaender::mapBundesLandId2BundeLand(BundesLandId id)
 {

@@ -15,7 +15,10 @@ namespace kzdatetime {
 
 namespace {
 
-bool inForce(const LawRow& row, int year) { return row.firstYear <= year && year <= row.lastYear; }
+bool inForce(const LawRow& row, int year)
+{
+    return row.firstYear <= year && year <= row.lastYear;
+}
 
 std::uint32_t dayOf(const LawDate& date, int year, const KZDate& easterSunday)
 {
@@ -24,10 +27,8 @@ std::uint32_t dayOf(const LawDate& date, int year, const KZDate& easterSunday)
     case DateRule::Fixed:
     case DateRule::Once:
         return dayNumberOf(KZDate(static_cast<unsigned>(date.day), static_cast<unsigned>(date.month), y));
-    case DateRule::Easter:
-        return dayNumberOf(easterSunday) + static_cast<std::uint32_t>(date.offset);
-    case DateRule::DayOfRepentance:
-        return dayNumberOf(dayOfRepentance(y));
+    case DateRule::Easter: return dayNumberOf(easterSunday) + static_cast<std::uint32_t>(date.offset);
+    case DateRule::DayOfRepentance: return dayNumberOf(dayOfRepentance(y));
     }
     return 0;
 }
@@ -54,10 +55,10 @@ YearHolidays workOutYear(int year)
             continue;
         const std::uint32_t day = dayOf(row.date, year, easterSunday);
         const unsigned regionBit = row.region == kNoRegion ? 0u : 1u << row.region;
-        const auto merged = std::find_if(result.items.begin(), result.items.begin() + result.count,
-                                         [&](const ResolvedHoliday& item) {
-                                             return item.day == day && std::strcmp(rows[item.row].name, row.name) == 0;
-                                         });
+        const auto merged =
+            std::find_if(result.items.begin(), result.items.begin() + result.count, [&](const ResolvedHoliday& item) {
+                return item.day == day && std::strcmp(rows[item.row].name, row.name) == 0;
+            });
         if (merged != result.items.begin() + result.count) {
             merged->states |= row.states;
             merged->regions |= regionBit;
@@ -85,7 +86,10 @@ bool holdsFor(const ResolvedHoliday& holiday, int land, int region)
     return (holiday.states & land) == land;
 }
 
-int regionIndexOf(const HolidayRegion& region) { return static_cast<int>(&region - KZHolidayLaw::regions().data()); }
+int regionIndexOf(const HolidayRegion& region)
+{
+    return static_cast<int>(&region - KZHolidayLaw::regions().data());
+}
 
 } // namespace kzdatetime
 
@@ -141,7 +145,7 @@ KZHolidayLaw::Status KZHolidayLaw::holidaysInPeriod(const KZDate& from, const KZ
         return Ok;
     if (yearOf(from) < FirstYear)
         return BeforeFirstYear;
-    if (yearOf(from) > LastYear || yearOf(to) > LastYear)  // the null date reads as a year far beyond
+    if (yearOf(from) > LastYear || yearOf(to) > LastYear) // the null date reads as a year far beyond
         return OutOfRange;
     for (int year = yearOf(from); year <= yearOf(to); ++year) {
         for (const ResolvedHoliday& h : resolveYear(year)) {

@@ -56,6 +56,8 @@ namespace {
 
 constexpr int kWest = BW | BY | HB | HH | HE | NI | NW | RP | SL | SH;
 
+// The rows stay aligned as a table; clang-format would pack them.
+// clang-format off
 constexpr LawRow kRows[] = {
     // name                               date                           states / region          first  last
     {"Neujahrstag",                       fixed(1, 1),                   Alle, kNoRegion,          1990, kOpenEnded}, // all laws
@@ -119,6 +121,7 @@ constexpr StateName kStateNames[] = {
     {"Internationaler Frauentag",   BE, "Frauentag"},         // SonnFG s1
     {"Reformationstag",             BB, "Reformationsfest"},  // FTG BB s2(1)
 };
+// clang-format on
 
 // A single-date row holds in its own year only; its years must say so.
 constexpr bool onceRowsAgree()
@@ -132,10 +135,25 @@ static_assert(onceRowsAgree(), "a single-date row must hold in exactly its year"
 
 } // namespace
 
-const LawRow* lawRows() { return kRows; }
-std::size_t lawRowCount() { return kRowCount; }
-const HolidayRegion* regionTable() { return kRegions; }
-const StateName* stateNames() { return kStateNames; }
-std::size_t stateNameCount() { return sizeof kStateNames / sizeof kStateNames[0]; }
+const LawRow* lawRows()
+{
+    return kRows;
+}
+std::size_t lawRowCount()
+{
+    return kRowCount;
+}
+const HolidayRegion* regionTable()
+{
+    return kRegions;
+}
+const StateName* stateNames()
+{
+    return kStateNames;
+}
+std::size_t stateNameCount()
+{
+    return sizeof kStateNames / sizeof kStateNames[0];
+}
 
 } // namespace kzdatetime

@@ -14,25 +14,37 @@ namespace kzdatetime {
 
 // How a row finds its date in a year.
 enum class DateRule {
-    Fixed,            // day.month every year
-    Easter,           // Easter Sunday plus offset days
-    DayOfRepentance,  // the Wednesday before 23 November
-    Once              // day.month of one single year
+    Fixed,           // day.month every year
+    Easter,          // Easter Sunday plus offset days
+    DayOfRepentance, // the Wednesday before 23 November
+    Once             // day.month of one single year
 };
 
 struct LawDate {
     DateRule rule;
     int day;
     int month;
-    int offset;  // Easter: days after Easter Sunday; Once: the year
+    int offset; // Easter: days after Easter Sunday; Once: the year
 };
 
-constexpr LawDate fixed(int day, int month) { return {DateRule::Fixed, day, month, 0}; }
-constexpr LawDate easterPlus(int days) { return {DateRule::Easter, 0, 0, days}; }
-constexpr LawDate wednesdayBefore23November() { return {DateRule::DayOfRepentance, 0, 0, 0}; }
-constexpr LawDate once(int day, int month, int year) { return {DateRule::Once, day, month, year}; }
+constexpr LawDate fixed(int day, int month)
+{
+    return {DateRule::Fixed, day, month, 0};
+}
+constexpr LawDate easterPlus(int days)
+{
+    return {DateRule::Easter, 0, 0, days};
+}
+constexpr LawDate wednesdayBefore23November()
+{
+    return {DateRule::DayOfRepentance, 0, 0, 0};
+}
+constexpr LawDate once(int day, int month, int year)
+{
+    return {DateRule::Once, day, month, year};
+}
 
-constexpr int kOpenEnded = 9999;  // last year of a rule the law still has
+constexpr int kOpenEnded = 9999; // last year of a rule the law still has
 constexpr int kLastYear = KZHolidayLaw::LastYear;
 constexpr int kNoRegion = -1;
 
@@ -40,25 +52,25 @@ constexpr int kNoRegion = -1;
 enum RegionIndex : int { RegionA, RegionKATH, RegionBZ, RegionEIC, RegionUH, RegionWAK, kRegionCount };
 
 struct LawRow {
-    const char* name;  // German, Windows-1252
+    const char* name; // German, Windows-1252
     LawDate date;
-    int states;        // BundesLand mask where it holds throughout; 0 for a region row
-    int region;        // RegionIndex, or kNoRegion
+    int states; // BundesLand mask where it holds throughout; 0 for a region row
+    int region; // RegionIndex, or kNoRegion
     int firstYear;
     int lastYear;
 };
 
-constexpr std::size_t kMaxRows = 48;  // room for every row; the table checks it fits
+constexpr std::size_t kMaxRows = 48; // room for every row; the table checks it fits
 
 const LawRow* lawRows();
 std::size_t lawRowCount();
-const KZBasicServices::HolidayRegion* regionTable();  // kRegionCount entries
+const KZBasicServices::HolidayRegion* regionTable(); // kRegionCount entries
 
 // A name one state's law gives a holiday instead of its common name.
 struct StateName {
-    const char* name;     // the common name, as in the rows
-    int state;            // one BundesLand bit
-    const char* lawName;  // German, Windows-1252
+    const char* name;    // the common name, as in the rows
+    int state;           // one BundesLand bit
+    const char* lawName; // German, Windows-1252
 };
 
 const StateName* stateNames();
@@ -66,10 +78,10 @@ std::size_t stateNameCount();
 
 // One holiday in one year: the rows of one name on one date, merged.
 struct ResolvedHoliday {
-    std::uint32_t day;    // day number of the date
-    std::size_t row;      // the first of the merged rows (its name, its order)
-    int states;           // union of the rows' state masks
-    unsigned regions;     // bit i: RegionIndex i
+    std::uint32_t day; // day number of the date
+    std::size_t row;   // the first of the merged rows (its name, its order)
+    int states;        // union of the rows' state masks
+    unsigned regions;  // bit i: RegionIndex i
 };
 
 // The holidays of one year, sorted by date; one date keeps row order.

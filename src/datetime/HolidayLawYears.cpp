@@ -25,8 +25,8 @@ namespace {
 // year any holiday falls on (most days have none).
 struct SharedYear {
     YearHolidays holidays;
-    std::uint32_t firstDay = 0;   // day number of 1 January
-    std::uint64_t busy[6] = {};   // bit d: a holiday on day firstDay + d
+    std::uint32_t firstDay = 0; // day number of 1 January
+    std::uint64_t busy[6] = {}; // bit d: a holiday on day firstDay + d
 
     bool anyOn(std::uint32_t day) const
     {
@@ -49,7 +49,7 @@ constexpr int kYearCount = kLastYear - KZHolidayLaw::FirstYear + 1;
 
 static_assert(ATOMIC_POINTER_LOCK_FREE == 2, "readers must not take a lock");
 
-std::atomic<const SharedYear*> g_years[kYearCount];  // static storage: all null at start
+std::atomic<const SharedYear*> g_years[kYearCount]; // static storage: all null at start
 
 // `number` in 1990..kLastYear.
 const SharedYear& sharedYear(int number)
@@ -70,7 +70,7 @@ const SharedYear& sharedYear(int number)
     workOut(*fresh, number);
     if (slot.compare_exchange_strong(year, fresh, std::memory_order_acq_rel, std::memory_order_acquire))
         return *fresh;
-    delete fresh;  // another thread published the same year first
+    delete fresh; // another thread published the same year first
     return *year;
 }
 

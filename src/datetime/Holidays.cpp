@@ -23,8 +23,7 @@ PublicHolidayInfoBase g_holiday_Info[kPublicHolidayCount] = {
     PublicHolidayInfoBase("Mari\xE4 Himmelfahrt", 15, 8, BY | SL),
 };
 
-PublicHolidayInfoBase::PublicHolidayInfoBase()
-    : m_day(-1), m_month(-1), m_offset(-1), m_states(Alle), m_rule(FixedDate)
+PublicHolidayInfoBase::PublicHolidayInfoBase() : m_day(-1), m_month(-1), m_offset(-1), m_states(Alle), m_rule(FixedDate)
 {
 }
 
@@ -62,14 +61,10 @@ KZDate PublicHolidayInfoBase::getDateForYear(int year) const
 {
     const auto y = static_cast<unsigned>(year);
     switch (m_rule) {
-    case FixedDate:
-        return KZDate(static_cast<unsigned>(m_day), static_cast<unsigned>(m_month), y);
-    case RelativeToEaster:
-        return KZCalendar::easter(year) + m_offset;
-    case DayOfRepentance:
-        return kzdatetime::dayOfRepentance(y);
-    default:
-        return KZDate(1, 1, y);
+    case FixedDate: return KZDate(static_cast<unsigned>(m_day), static_cast<unsigned>(m_month), y);
+    case RelativeToEaster: return KZCalendar::easter(year) + m_offset;
+    case DayOfRepentance: return kzdatetime::dayOfRepentance(y);
+    default: return KZDate(1, 1, y);
     }
 }
 

@@ -41,7 +41,10 @@ std::string utf8FromCp1252(const std::string& text)
     return out;
 }
 
-bool isContinuationByte(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+bool isContinuationByte(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
 
 // The UID depends on the date and the name only: FNV-1a over the name.
 std::string hashOf(const std::string& name)
@@ -101,8 +104,8 @@ std::string whereText(const DatedHoliday& holiday)
             places += (places.empty() ? "" : ", ") + names.getName(states[i], true);
     for (const HolidayRegion* region : holiday.regions)
         if (region)
-            places += (places.empty() ? "" : ", ") + names.getName(region->state, true) + " (" +
-                      (region->description ? region->description : "") + ")";
+            places += (places.empty() ? "" : ", ") + names.getName(region->state, true) + " ("
+                      + (region->description ? region->description : "") + ")";
     return places.empty() ? text : text + " in " + places;
 }
 
@@ -143,12 +146,12 @@ std::string KZICalendar::foldLine(const std::string& line)
 
     std::string out;
     std::size_t pos = 0;
-    std::size_t limit = 75;  // octets per physical line; later ones start with a space
+    std::size_t limit = 75; // octets per physical line; later ones start with a space
     while (text.size() - pos > limit) {
         std::size_t cut = pos + limit;
         for (int back = 0; back < 3 && isContinuationByte(text[cut]); ++back)
             --cut;
-        if (isContinuationByte(text[cut]))  // not UTF-8 at all: any cut will do
+        if (isContinuationByte(text[cut])) // not UTF-8 at all: any cut will do
             cut = pos + limit;
         out.append(text, pos, cut - pos);
         out += "\r\n ";

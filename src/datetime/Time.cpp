@@ -17,7 +17,10 @@ constexpr std::uint32_t kSecondsTo1970 = (kDayNumberOf1970 - kJan1st1901) * kSec
 constexpr long kLastTimeT = kLastSecond - kSecondsTo1970; // 2037-02-06 06:28:15 UTC
 constexpr auto kLastWholeDay = static_cast<std::uint32_t>((kLastSecond + 1ull) / kSecondsPerDay - 1); // 5 February 2037
 
-std::uint32_t zoneOffset() { return static_cast<std::uint32_t>(CrossPlatformApi::timezone()); }
+std::uint32_t zoneOffset()
+{
+    return static_cast<std::uint32_t>(CrossPlatformApi::timezone());
+}
 
 } // namespace
 
@@ -31,7 +34,7 @@ KZTime::KZTime(const KZDate& date, unsigned hour, unsigned minute, unsigned seco
         return;
     // Start one hour early and probe the rule on both sides of the hour.
     std::uint32_t t = (dayNumberOf(date) - dayNumberOf(RefDate)) * kSecondsPerDay + hour * kSecondsPerHour
-        - kSecondsPerHour + minute * 60u + second;
+                      - kSecondsPerHour + minute * 60u + second;
     if (t != 0)
         t += zoneOffset();
     if (isDstAt(t)) {
@@ -72,9 +75,15 @@ std::uint32_t KZTime::BuildLocal(const KZDate& date, unsigned hour)
     return (dayNumberOf(date) - dayNumberOf(RefDate)) * kSecondsPerDay + hour * kSecondsPerHour + zoneOffset();
 }
 
-std::uint32_t KZTime::BeginDST(unsigned year) { return BuildLocal(KZDate(31, 3, year).Previous(7), 2); }
+std::uint32_t KZTime::BeginDST(unsigned year)
+{
+    return BuildLocal(KZDate(31, 3, year).Previous(7), 2);
+}
 
-std::uint32_t KZTime::EndDST(unsigned year) { return BuildLocal(KZDate(31, 10, year).Previous(7), 1); }
+std::uint32_t KZTime::EndDST(unsigned year)
+{
+    return BuildLocal(KZDate(31, 10, year).Previous(7), 1);
+}
 
 bool KZTime::isDstAt(std::uint32_t seconds)
 {
@@ -84,7 +93,10 @@ bool KZTime::isDstAt(std::uint32_t seconds)
     return BeginDST(year) <= seconds && seconds < EndDST(year);
 }
 
-bool KZTime::IsDST() const { return isDstAt(m_secs); }
+bool KZTime::IsDST() const
+{
+    return isDstAt(m_secs);
+}
 
 std::uint32_t KZTime::LocalSecs() const
 {
@@ -92,11 +104,26 @@ std::uint32_t KZTime::LocalSecs() const
     return isDstAt(t) ? t + kSecondsPerHour : t;
 }
 
-unsigned KZTime::Hour() const { return LocalSecs() % kSecondsPerDay / kSecondsPerHour; }
-unsigned KZTime::Minute() const { return LocalSecs() % kSecondsPerDay % kSecondsPerHour / 60; }
-unsigned KZTime::HourGMT() const { return m_secs % kSecondsPerDay / kSecondsPerHour; }
-unsigned KZTime::MinuteGMT() const { return m_secs % kSecondsPerDay % kSecondsPerHour / 60; }
-unsigned KZTime::Second() const { return m_secs % kSecondsPerDay % kSecondsPerHour % 60; }
+unsigned KZTime::Hour() const
+{
+    return LocalSecs() % kSecondsPerDay / kSecondsPerHour;
+}
+unsigned KZTime::Minute() const
+{
+    return LocalSecs() % kSecondsPerDay % kSecondsPerHour / 60;
+}
+unsigned KZTime::HourGMT() const
+{
+    return m_secs % kSecondsPerDay / kSecondsPerHour;
+}
+unsigned KZTime::MinuteGMT() const
+{
+    return m_secs % kSecondsPerDay % kSecondsPerHour / 60;
+}
+unsigned KZTime::Second() const
+{
+    return m_secs % kSecondsPerDay % kSecondsPerHour % 60;
+}
 
 int KZTime::CompareTo(const KZTime& other) const
 {
@@ -106,10 +133,19 @@ int KZTime::CompareTo(const KZTime& other) const
     return difference > 0 ? 1 : -1;
 }
 
-std::uint32_t KZTime::Max(const KZTime& other) const { return other.m_secs > m_secs ? other.m_secs : m_secs; }
-std::uint32_t KZTime::Min(const KZTime& other) const { return other.m_secs < m_secs ? other.m_secs : m_secs; }
+std::uint32_t KZTime::Max(const KZTime& other) const
+{
+    return other.m_secs > m_secs ? other.m_secs : m_secs;
+}
+std::uint32_t KZTime::Min(const KZTime& other) const
+{
+    return other.m_secs < m_secs ? other.m_secs : m_secs;
+}
 
-long KZTime::get_time_t() const { return m_secs <= kSecondsTo1970 ? 0 : static_cast<long>(m_secs - kSecondsTo1970); }
+long KZTime::get_time_t() const
+{
+    return m_secs <= kSecondsTo1970 ? 0 : static_cast<long>(m_secs - kSecondsTo1970);
+}
 
 void KZTime::set_time_t(long t)
 {

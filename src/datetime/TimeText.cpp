@@ -26,9 +26,15 @@ std::string formatTime(const KZTime& time)
 
 } // namespace
 
-std::ostream& operator<<(std::ostream& out, const KZTime& time) { return out << formatTime(time).c_str(); }
+std::ostream& operator<<(std::ostream& out, const KZTime& time)
+{
+    return out << formatTime(time).c_str();
+}
 
-std::string KZTime::asString() const { return formatTime(*this); }
+std::string KZTime::asString() const
+{
+    return formatTime(*this);
+}
 
 int KZTime::PrintDate(int flag)
 {
@@ -44,8 +50,8 @@ std::string KZTime::asFormatString(const std::string& format) const
     CrossPlatformApi::localtime_s(&local, &t);
     char buffer[64];
     const bool useDefault = format.empty();
-    const std::size_t length = useDefault ? std::strftime(buffer, 9, "%H:%M:%S", &local)
-                                          : std::strftime(buffer, 63, format.c_str(), &local);
+    const std::size_t length =
+        useDefault ? std::strftime(buffer, 9, "%H:%M:%S", &local) : std::strftime(buffer, 63, format.c_str(), &local);
     // strftime reports 0 when the text does not fit and leaves the buffer
     // undefined; a format that legitimately yields nothing also gives "".
     return length == 0 ? std::string() : std::string(buffer, length);

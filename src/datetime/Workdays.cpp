@@ -14,7 +14,7 @@ using namespace kzdatetime;
 
 namespace {
 
-using Day = std::int64_t;  // a day number, signed so steps can be subtracted
+using Day = std::int64_t; // a day number, signed so steps can be subtracted
 
 // The range, from the first Gregorian year Easter is computed for.
 constexpr Day kFirstDay = dayNumberFromCivil(1583, 1, 1);
@@ -22,8 +22,14 @@ constexpr Day kLastDay = dayNumberFromCivil(KZHolidayLaw::LastYear, 12, 31);
 constexpr Day kFirstLawDay = dayNumberFromCivil(KZHolidayLaw::FirstYear, 1, 1);
 
 // Days within the range only, which fit a day number.
-int weekdayOf(Day day) { return static_cast<int>(weekdayOfDayNumber(static_cast<std::uint32_t>(day))); }
-int yearOf(Day day) { return static_cast<int>(civilFromDayNumber(static_cast<std::uint32_t>(day)).year); }
+int weekdayOf(Day day)
+{
+    return static_cast<int>(weekdayOfDayNumber(static_cast<std::uint32_t>(day)));
+}
+int yearOf(Day day)
+{
+    return static_cast<int>(civilFromDayNumber(static_cast<std::uint32_t>(day)).year);
+}
 
 // A WorkdayCalendar checked and reduced to what the counting needs.
 struct Rules {
@@ -32,7 +38,7 @@ struct Rules {
     bool classic = false;
     int week = 5;
     bool eves = false;
-    Day firstDay = kFirstDay;  // the first day the rule set answers for
+    Day firstDay = kFirstDay; // the first day the rule set answers for
 };
 
 KZWorkdays::Status prepare(const WorkdayCalendar& calendar, Rules& rules)
@@ -45,7 +51,8 @@ KZWorkdays::Status prepare(const WorkdayCalendar& calendar, Rules& rules)
     rules.eves = calendar.christmasAndNewYearsEveOff;
     if (!calendar.region.empty()) {
         // The classic table knows no regions.
-        const HolidayRegion* region = calendar.classic ? nullptr : KZHolidayLaw::findRegion(calendar.land, calendar.region);
+        const HolidayRegion* region =
+            calendar.classic ? nullptr : KZHolidayLaw::findRegion(calendar.land, calendar.region);
         if (!region)
             return KZWorkdays::UnknownRegion;
         rules.region = regionIndexOf(*region);
@@ -150,10 +157,16 @@ long countWithin(Day lo, Day hi, FreeDays& free, int week)
     return n;
 }
 
-bool isWorkingDay(Day day, FreeDays& free, int week) { return weekdayOf(day) <= week && !free.isFree(day); }
+bool isWorkingDay(Day day, FreeDays& free, int week)
+{
+    return weekdayOf(day) <= week && !free.isFree(day);
+}
 
 // Days needed for `n` working days at the week's rate, rounded up.
-Day daysForWorkdays(long n, int week) { return (static_cast<Day>(n) * 7 + week - 1) / week; }
+Day daysForWorkdays(long n, int week)
+{
+    return (static_cast<Day>(n) * 7 + week - 1) / week;
+}
 
 // The n-th working day after `start` (n >= 1), or 0 when it lies after kLastDay.
 Day stepForward(Day start, long n, FreeDays& free, int week)
@@ -207,7 +220,10 @@ Day stepBackward(Day start, long n, Day first, FreeDays& free, int week)
     return d;
 }
 
-KZDate nullDate() { return KZDate(0u, 0u, 0u); }
+KZDate nullDate()
+{
+    return KZDate(0u, 0u, 0u);
+}
 
 } // namespace
 

@@ -95,7 +95,7 @@ public:
 
 private:
     std::string m_buffer;
-    std::size_t m_begin;   // where the text starts in m_buffer
+    std::size_t m_begin; // where the text starts in m_buffer
 };
 
 } // namespace
@@ -108,9 +108,9 @@ std::string KZFileEnvironment::expandString(const std::string& text) const
     // Everything before the symbol being expanded is final: scanning never
     // goes back.
     std::string done = text.substr(0, first);
-    PendingText pending(text, first);   // starts with the open character
+    PendingText pending(text, first); // starts with the open character
     const std::size_t maxLength = text.size() + m_maxGrowth;
-    std::string name;   // reused: a hostile table may ask for many substitutions
+    std::string name; // reused: a hostile table may ask for many substitutions
     for (unsigned expansions = 0; expansions < kMaxExpansions; ++expansions) {
         if (done.size() + pending.size() > maxLength)
             break;

@@ -12,7 +12,9 @@ using kzfiles::storeLittleEndian;
 namespace {
 
 const char kWrongType[] = "Falscher Dateityp.";
-const char kDamaged[] = "Zerst\xF6" "rte Datei.";
+const char kDamaged[] =
+    "Zerst\xF6"
+    "rte Datei.";
 
 // The identifier buffer holds 127 characters and the NUL.
 constexpr std::streamsize kTypeBuffer = 128;

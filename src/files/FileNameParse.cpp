@@ -265,8 +265,7 @@ std::string KZFileName::getLeftDir(const std::string& s, unsigned long pos)
     if (pos == 0)
         return std::string();
     const std::size_t separator = s.rfind(sm_dirSeparatorChar, pos - 1);
-    std::string element = separator == std::string::npos ? s.substr(0, pos)
-                                                                : s.substr(separator, pos - separator);
+    std::string element = separator == std::string::npos ? s.substr(0, pos) : s.substr(separator, pos - separator);
     if (element == "/.." || element == ".." || element == "./")
         return std::string();
     return element;

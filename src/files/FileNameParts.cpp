@@ -104,8 +104,8 @@ std::string KZFileName::compose() const
 {
     const std::size_t pathEnd = m_drive.size() + m_unc.size();
     const bool addSeparator = !m_dir.empty() && !isDirSeparator(m_dir.back());
-    const std::size_t size = pathEnd + m_dir.size() + (addSeparator ? 1 : 0) + m_name.size()
-        + (m_ext.empty() ? 0 : 1 + m_ext.size());
+    const std::size_t size =
+        pathEnd + m_dir.size() + (addSeparator ? 1 : 0) + m_name.size() + (m_ext.empty() ? 0 : 1 + m_ext.size());
     std::string text(size, '\0');
     char* out = put(put(&text[0], m_drive), m_unc);
     out = put(out, m_dir);

@@ -16,7 +16,7 @@ bool isAppBundle(const QString& path)
         return false;
     const QDir bundle(info.absoluteFilePath());
     return QFileInfo(bundle.absoluteFilePath(QStringLiteral("Contents/Info.plist"))).isFile()
-        && QFileInfo(bundle.absoluteFilePath(QStringLiteral("Contents/MacOS"))).isDir();
+           && QFileInfo(bundle.absoluteFilePath(QStringLiteral("Contents/MacOS"))).isDir();
 }
 
 QString plistString(const QString& plistPath, const QString& key)
@@ -25,8 +25,8 @@ QString plistString(const QString& plistPath, const QString& key)
     if (!file.open(QIODevice::ReadOnly))
         return QString();
     QXmlStreamReader xml(&file);
-    int depth = 0;          // <plist> is 1, its <dict> 2, the dictionary's keys 3
-    bool keyFound = false;  // the last key at depth 3 was `key`
+    int depth = 0;         // <plist> is 1, its <dict> 2, the dictionary's keys 3
+    bool keyFound = false; // the last key at depth 3 was `key`
     while (!xml.atEnd()) {
         const QXmlStreamReader::TokenType token = xml.readNext();
         if (token == QXmlStreamReader::EndElement) {
@@ -60,9 +60,8 @@ QString bundlePath()
 {
     QString folder = applicationDirPath();
     QDir dir(folder);
-    if (dir.dirName() == QLatin1String("MacOS") && dir.cdUp()
-        && dir.dirName() == QLatin1String("Contents") && dir.cdUp()
-        && isAppBundle(dir.absolutePath()))
+    if (dir.dirName() == QLatin1String("MacOS") && dir.cdUp() && dir.dirName() == QLatin1String("Contents")
+        && dir.cdUp() && isAppBundle(dir.absolutePath()))
         return dir.absolutePath();
     return folder;
 }

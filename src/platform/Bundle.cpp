@@ -29,9 +29,8 @@ QString outerBundleId()
     const QString outer = dir.absolutePath();
     if (!kzplatform::isAppBundle(outer))
         return QString();
-    return kzplatform::plistString(
-        QDir(outer).absoluteFilePath(QStringLiteral("Contents/Info.plist")),
-        QStringLiteral("CFBundleIdentifier"));
+    return kzplatform::plistString(QDir(outer).absoluteFilePath(QStringLiteral("Contents/Info.plist")),
+                                   QStringLiteral("CFBundleIdentifier"));
 }
 
 bool startsWith(const std::string& text, const std::string& prefix)
@@ -79,9 +78,8 @@ std::string bundleId()
     const QString bundle = kzplatform::bundlePath();
     QString id;
     if (kzplatform::isAppBundle(bundle))
-        id = kzplatform::plistString(
-            QDir(bundle).absoluteFilePath(QStringLiteral("Contents/Info.plist")),
-            QStringLiteral("CFBundleIdentifier"));
+        id = kzplatform::plistString(QDir(bundle).absoluteFilePath(QStringLiteral("Contents/Info.plist")),
+                                     QStringLiteral("CFBundleIdentifier"));
     if (id.isEmpty())
         id = QGuiApplication::desktopFileName();
     return id.isEmpty() ? std::string(kUnknownBundleId) : cp1252(id);
@@ -105,6 +103,9 @@ std::string mainBundleId()
 
 namespace CrossPlatformApi {
 
-bool isDebuggerPresent() { return false; }
+bool isDebuggerPresent()
+{
+    return false;
+}
 
 } // namespace CrossPlatformApi

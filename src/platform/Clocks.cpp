@@ -9,10 +9,22 @@
 
 namespace CrossPlatformApi {
 
-MilliSecTimer::MilliSecTimer() : m_timer(new QElapsedTimer) { m_timer->start(); }
-MilliSecTimer::~MilliSecTimer() { delete m_timer; }
-void MilliSecTimer::start() { m_timer->start(); }
-std::int64_t MilliSecTimer::elapsed() const { return m_timer->elapsed(); }
+MilliSecTimer::MilliSecTimer() : m_timer(new QElapsedTimer)
+{
+    m_timer->start();
+}
+MilliSecTimer::~MilliSecTimer()
+{
+    delete m_timer;
+}
+void MilliSecTimer::start()
+{
+    m_timer->start();
+}
+std::int64_t MilliSecTimer::elapsed() const
+{
+    return m_timer->elapsed();
+}
 
 // The monotonic clock's own reading: on Linux its origin is the system's start,
 // which is what the Windows tick count counts.
@@ -34,8 +46,7 @@ int MulDiv(int number, int numerator, int denominator)
 {
     if (denominator == 0)
         return -1;
-    const std::int64_t quotient =
-        static_cast<std::int64_t>(number) * numerator / denominator;
+    const std::int64_t quotient = static_cast<std::int64_t>(number) * numerator / denominator;
     return static_cast<int>(static_cast<std::uint32_t>(quotient));
 }
 

@@ -35,21 +35,12 @@ std::string getSystemFolder(SysFolder folder)
 {
     QString path;
     switch (folder) {
-    case TempFolder:
-        path = QStandardPaths::writableLocation(QStandardPaths::TempLocation);
-        break;
+    case TempFolder: path = QStandardPaths::writableLocation(QStandardPaths::TempLocation); break;
     case ApplicationSupportFolder:
-    case ApplicationSupportFolder2:
-        path = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-        break;
-    case DocumentsFolder:
-        path = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-        break;
-    case HomeFolder:
-        path = QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
-        break;
-    default:
-        return std::string();
+    case ApplicationSupportFolder2: path = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation); break;
+    case DocumentsFolder: path = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); break;
+    case HomeFolder: path = QStandardPaths::writableLocation(QStandardPaths::HomeLocation); break;
+    default: return std::string();
     }
     return latin1(withoutTrailingSeparator(path));
 }

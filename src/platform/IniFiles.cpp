@@ -14,17 +14,18 @@ std::string toStd(const QString& text)
     return std::string(bytes.constData(), static_cast<size_t>(bytes.size()));
 }
 
-QString fileNameOf(const char* fileName) { return QString::fromLocal8Bit(fileName); }
+QString fileNameOf(const char* fileName)
+{
+    return QString::fromLocal8Bit(fileName);
+}
 
 } // namespace
 
-std::string getIniString(const char* section, const char* key, const char* defaultValue,
-                         const char* fileName)
+std::string getIniString(const char* section, const char* key, const char* defaultValue, const char* fileName)
 {
     QSettings settings(fileNameOf(fileName), QSettings::IniFormat);
     settings.beginGroup(QString::fromLatin1(section));
-    const QVariant value =
-        settings.value(QString::fromLatin1(key), QVariant(QString::fromLatin1(defaultValue)));
+    const QVariant value = settings.value(QString::fromLatin1(key), QVariant(QString::fromLatin1(defaultValue)));
     return toStd(value.toString());
 }
 

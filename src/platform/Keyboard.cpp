@@ -34,12 +34,12 @@ int lockIndicator(const char* indicatorName)
 int KeyboardState::keyState(KeyType key)
 {
     switch (key) {
-    case KeyShift:    return heldModifier(Qt::ShiftModifier);
-    case KeyControl:  return heldModifier(Qt::ControlModifier);
-    case KeyCommand:  return heldModifier(Qt::MetaModifier);
-    case KeyOption:   return heldModifier(Qt::AltModifier);
+    case KeyShift: return heldModifier(Qt::ShiftModifier);
+    case KeyControl: return heldModifier(Qt::ControlModifier);
+    case KeyCommand: return heldModifier(Qt::MetaModifier);
+    case KeyOption: return heldModifier(Qt::AltModifier);
     case KeyCapsLock: return lockIndicator("Caps Lock");
-    case KeyNumLock:  return lockIndicator("Num Lock");
+    case KeyNumLock: return lockIndicator("Num Lock");
     }
     return 0;
 }

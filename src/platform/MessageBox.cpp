@@ -48,23 +48,26 @@ int messageBox(const char* text, const char* caption, int type)
         return KZBasicServices::messageOnStderr(text, caption);
 
     static const Choice kOk[] = {{"OK", QMessageBox::AcceptRole, IdOk}};
-    static const Choice kYesNo[] = {{"Ja", QMessageBox::YesRole, IdYes},
-                                    {"Nein", QMessageBox::NoRole, IdNo}};
-    static const Choice kCancelTryContinue[] = {
-        {"Abbrechen", QMessageBox::RejectRole, IdCancel},
-        {"Wiederholen", QMessageBox::ActionRole, IdTryAgain},
-        {"Weiter", QMessageBox::AcceptRole, IdContinue}};
+    static const Choice kYesNo[] = {{"Ja", QMessageBox::YesRole, IdYes}, {"Nein", QMessageBox::NoRole, IdNo}};
+    static const Choice kCancelTryContinue[] = {{"Abbrechen", QMessageBox::RejectRole, IdCancel},
+                                                {"Wiederholen", QMessageBox::ActionRole, IdTryAgain},
+                                                {"Weiter", QMessageBox::AcceptRole, IdContinue}};
 
     const Choice* choices = kOk;
     size_t count = 1;
     switch (type & 0x0F) {
-    case 4: choices = kYesNo; count = 2; break;
-    case 6: choices = kCancelTryContinue; count = 3; break;
+    case 4:
+        choices = kYesNo;
+        count = 2;
+        break;
+    case 6:
+        choices = kCancelTryContinue;
+        count = 3;
+        break;
     default: break;
     }
 
-    QMessageBox box((type & 0x30) ? QMessageBox::Critical : QMessageBox::NoIcon,
-                    fromCp1252(caption), fromCp1252(text));
+    QMessageBox box((type & 0x30) ? QMessageBox::Critical : QMessageBox::NoIcon, fromCp1252(caption), fromCp1252(text));
     box.setTextFormat(Qt::PlainText);
     std::vector<QPushButton*> buttons;
     for (size_t i = 0; i < count; ++i)

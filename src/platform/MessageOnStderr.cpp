@@ -10,8 +10,8 @@ namespace KZBasicServices {
 int messageOnStderr(const char* text, const char* caption)
 {
     const int kCancel = 2;
-    const std::string line = CrossPlatformApi::fileSystemEncoding(
-        std::string(caption ? caption : "") + ": " + (text ? text : "") + "\n");
+    const std::string line =
+        CrossPlatformApi::fileSystemEncoding(std::string(caption ? caption : "") + ": " + (text ? text : "") + "\n");
     std::fputs(line.c_str(), stderr);
     return kCancel;
 }

@@ -10,7 +10,10 @@ namespace {
 std::atomic<ClockFunction> g_clock{nullptr};
 }
 
-void setClock(ClockFunction clock) { g_clock.store(clock); }
+void setClock(ClockFunction clock)
+{
+    g_clock.store(clock);
+}
 
 std::time_t now()
 {

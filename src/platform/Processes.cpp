@@ -46,7 +46,7 @@ QString bundleExecutable(const QString& bundlePath)
     const QFileInfo info(QDir::cleanPath(bundlePath));
     const QDir bundle(info.absoluteFilePath());
     QString name = kzplatform::plistString(bundle.absoluteFilePath(QStringLiteral("Contents/Info.plist")),
-                                       QStringLiteral("CFBundleExecutable"));
+                                           QStringLiteral("CFBundleExecutable"));
     if (name.isEmpty())
         name = info.completeBaseName();
     return bundle.absoluteFilePath(QStringLiteral("Contents/MacOS")) + QDir::separator() + name;
@@ -60,8 +60,7 @@ QString bundleExecutable(const QString& bundlePath)
 // swallow the blank behind a quoted argument.
 QStringList splitArguments(const char* arguments)
 {
-    static const QRegularExpression splitter(
-        QStringLiteral("[\\s]*(\"[^\"]*\")|([^\\s]+)[\\s]*"));
+    static const QRegularExpression splitter(QStringLiteral("[\\s]*(\"[^\"]*\")|([^\\s]+)[\\s]*"));
     QStringList list;
     qsizetype offset = 0;
     for (;;) {
@@ -120,8 +119,8 @@ bool executeAssociatedAppAndOpenFile(const char* path)
 bool executeAssociatedAppAndOpenFileCp1252(const char* path)
 {
     const std::string utf8 = fileSystemEncoding(path ? path : "");
-    return openLocalFile(QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()))
-                             .replace(QLatin1Char('\\'), QLatin1Char('/')));
+    return openLocalFile(
+        QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size())).replace(QLatin1Char('\\'), QLatin1Char('/')));
 }
 
 bool openUrl(const char* url)

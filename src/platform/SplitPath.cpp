@@ -39,8 +39,8 @@ void copyFolder(char* target, unsigned long size, const QByteArray& folder)
 
 } // namespace
 
-int splitpath_s(const char* path, char*, unsigned long, char* dir, unsigned long dirSize,
-                char* fname, unsigned long fnameSize, char* ext, unsigned long extSize)
+int splitpath_s(const char* path, char*, unsigned long, char* dir, unsigned long dirSize, char* fname,
+                unsigned long fnameSize, char* ext, unsigned long extSize)
 {
     if (!path)
         return 0;

@@ -43,8 +43,8 @@ int braceQuantifier(const QString& re, int open, QString& out)
         high += re[i++];
     if (i >= re.size() || re[i] != QLatin1Char('}') || (low.isEmpty() && !comma))
         return -1;
-    out += QLatin1Char('{') + (low.isEmpty() ? QStringLiteral("0") : low)
-         + (comma ? QStringLiteral(",") : QString()) + high + QLatin1Char('}');
+    out += QLatin1Char('{') + (low.isEmpty() ? QStringLiteral("0") : low) + (comma ? QStringLiteral(",") : QString())
+           + high + QLatin1Char('}');
     return i + 1;
 }
 
@@ -65,8 +65,7 @@ bool pcreFromQRegExp(const QString& re, QString& out)
             out += re.mid(i, end - i);
             i = end;
             quantifiable = true;
-        } else if (c == QLatin1Char('*') || c == QLatin1Char('+') || c == QLatin1Char('?')
-                   || c == QLatin1Char('{')) {
+        } else if (c == QLatin1Char('*') || c == QLatin1Char('+') || c == QLatin1Char('?') || c == QLatin1Char('{')) {
             if (!quantifiable)
                 return false;
             if (c == QLatin1Char('{')) {

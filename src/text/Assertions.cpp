@@ -30,8 +30,7 @@ bool processAssertion(bool condition, const char* file, int line, const char* ex
     message += "\nWiederholen = Debuggen";
     message += "\nWeiter = Weitermachen";
 
-    const int answer =
-        CrossPlatformApi::messageBox(message.c_str(), "ASSERTION", kCancelTryContinueWarning);
+    const int answer = CrossPlatformApi::messageBox(message.c_str(), "ASSERTION", kCancelTryContinueWarning);
     if (answer == IdCancel)
         std::exit(kAssertionExitStatus);
     return answer == IdContinue;

@@ -45,8 +45,8 @@ std::string integerText(std::int64_t value, std::uint64_t bitPattern, int radix)
     if (base != 10)
         return std::string(writeDigits(bitPattern, base, end), end);
     // The magnitude of the most negative value does not fit the signed type.
-    const std::uint64_t magnitude = value < 0 ? 0 - static_cast<std::uint64_t>(value)
-                                              : static_cast<std::uint64_t>(value);
+    const std::uint64_t magnitude =
+        value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
     char* first = writeDigits(magnitude, 10, end);
     if (value < 0)
         *--first = '-';
@@ -129,8 +129,8 @@ std::string lTohex(long value, bool withPrefix)
     return withPrefix ? "0x" + std::string(text) : std::string(text);
 }
 
-std::string formatDoubleToString(double value, unsigned short precision, unsigned short width,
-                                 char decimalChar, char thousandsChar)
+std::string formatDoubleToString(double value, unsigned short precision, unsigned short width, char decimalChar,
+                                 char thousandsChar)
 {
     if (value == 0.0)
         value = 0.0; // also turns -0.0 into +0.0

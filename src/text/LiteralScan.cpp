@@ -36,7 +36,8 @@ const char* findByBytes(const char* text, std::size_t from, std::size_t lastStar
                         std::size_t length)
 {
     for (std::size_t i = from; i <= lastStart; ++i)
-        if (text[i] == needle[0] && text[i + length - 1] == needle[length - 1] && middleAgrees(text + i, needle, length))
+        if (text[i] == needle[0] && text[i + length - 1] == needle[length - 1]
+            && middleAgrees(text + i, needle, length))
             return text + i;
     return nullptr;
 }
@@ -149,13 +150,14 @@ const char* findSse2(const char* text, std::size_t size, const char* needle, std
 }
 
 // flatten: the block's AVX2 functions are inlined here, where AVX2 is on.
-__attribute__((target("avx2"), flatten)) const char* findAvx2(const char* text, std::size_t size, const char* needle, std::size_t length)
+__attribute__((target("avx2"), flatten)) const char* findAvx2(const char* text, std::size_t size, const char* needle,
+                                                              std::size_t length)
 {
     return findByBlocks<Avx2Block>(text, size, needle, length);
 }
 
 __attribute__((target("avx512f,avx512bw"), flatten)) const char* findAvx512(const char* text, std::size_t size,
-                                                                          const char* needle, std::size_t length)
+                                                                            const char* needle, std::size_t length)
 {
     return findByMaskedBlocks(text, size, needle, length);
 }

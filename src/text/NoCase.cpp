@@ -25,8 +25,7 @@ inline char lowerAscii(char c)
 // scan's result is kept until the search has passed it.
 class FirstCharScanner {
 public:
-    FirstCharScanner(const char* end, char c)
-        : m_end(end), m_upper(upperAscii(c)), m_lower(lowerAscii(c)) {}
+    FirstCharScanner(const char* end, char c) : m_end(end), m_upper(upperAscii(c)), m_lower(lowerAscii(c)) {}
 
     // The next candidate at or after from, or end.
     const char* next(const char* from)

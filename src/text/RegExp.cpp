@@ -18,8 +18,8 @@ namespace {
 // beginning of the run of repetitions that ends at q. Attempts further left
 // cannot reach q (their run stops earlier) and found nothing before q.
 // Returns the start (end for none) and sets *last as matchAt does.
-const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* pat, Search& search,
-                                   const char* end, const char** last)
+const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* pat, Search& search, const char* end,
+                                   const char** last)
 {
     const char* const from = search.start;
     const unsigned char* const token = pat + 1;
@@ -43,8 +43,8 @@ const char* leftmostRunThenLiteral(const SearchPlan& plan, const unsigned char* 
 
 // The leftmost match by trying each candidate position in turn, from first
 // on (no match begins before it).
-const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat, Search& search,
-                               const char* first, const char* end, const char** last)
+const char* leftmostByAttempts(const SearchPlan& plan, const unsigned char* pat, Search& search, const char* first,
+                               const char* end, const char** last)
 {
     const char* at = nextCandidate(plan, pat, first, end);
     while (at < end) {

@@ -12,13 +12,13 @@ using kztext::BOL;
 using kztext::CCL;
 using kztext::CLOSURE;
 using kztext::EOL;
-using kztext::OPT;
-using kztext::PCLOSURE;
 using kztext::kAllocation;
 using kztext::kClassBytes;
 using kztext::kClassTokenSize;
 using kztext::kLastClassStart;
 using kztext::kLastElementStart;
+using kztext::OPT;
+using kztext::PCLOSURE;
 
 namespace {
 
@@ -27,14 +27,32 @@ void setBit(unsigned char* bitmap, unsigned char c)
     bitmap[(c & 0x7F) >> 3] |= static_cast<unsigned char>(1u << (c & 7));
 }
 
-bool isOctal(char c) { return c >= '0' && c <= '7'; }
-bool isDecimal(char c) { return c >= '0' && c <= '9'; }
-bool isHex(char c) { return isDecimal(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
-char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+bool isOctal(char c)
+{
+    return c >= '0' && c <= '7';
+}
+bool isDecimal(char c)
+{
+    return c >= '0' && c <= '9';
+}
+bool isHex(char c)
+{
+    return isDecimal(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+char upperAscii(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+}
 // A character's value as esc returns it: signed, as char is on x86, also
 // where char is unsigned (ARM Linux), so that 0xE4 reads as -28 everywhere.
-int signedValue(char c) { return static_cast<signed char>(c); }
-bool endsPattern(char c) { return c == '\0' || c == '\n'; }
+int signedValue(char c)
+{
+    return static_cast<signed char>(c);
+}
+bool endsPattern(char c)
+{
+    return c == '\0' || c == '\n';
+}
 
 // Reads the class after '[' at *p into out (token and bitmap); *p is left
 // behind the closing ']' or at the end of the pattern.
@@ -100,14 +118,35 @@ int esc(const char** s)
     ++p; // behind the backslash
     int value = 0;
     switch (upperAscii(*p)) {
-    case '\0': value = '\\'; break;  // nothing escaped: stay on the NUL
-    case 'B': value = '\b'; ++p; break;
-    case 'E': value = 27; ++p; break;
-    case 'F': value = '\f'; ++p; break;
-    case 'N': value = '\n'; ++p; break;
-    case 'R': value = '\r'; ++p; break;
-    case 'S': value = ' '; ++p; break;
-    case 'T': value = '\t'; ++p; break;
+    case '\0': value = '\\'; break; // nothing escaped: stay on the NUL
+    case 'B':
+        value = '\b';
+        ++p;
+        break;
+    case 'E':
+        value = 27;
+        ++p;
+        break;
+    case 'F':
+        value = '\f';
+        ++p;
+        break;
+    case 'N':
+        value = '\n';
+        ++p;
+        break;
+    case 'R':
+        value = '\r';
+        ++p;
+        break;
+    case 'S':
+        value = ' ';
+        ++p;
+        break;
+    case 'T':
+        value = '\t';
+        ++p;
+        break;
     case 'X':
         ++p;
         for (int digits = 0; digits < 2 && isHex(*p); ++digits, ++p)
@@ -248,9 +287,7 @@ int KZRegExp::gen_pattern(const char* p)
             previousSize = 0; // a closure cannot take another closure
             continue;
         }
-        default:
-            *out++ = static_cast<unsigned char>(esc(&p));
-            break;
+        default: *out++ = static_cast<unsigned char>(esc(&p)); break;
         }
         previous = element;
         previousSize = static_cast<int>(out - element);

@@ -40,10 +40,8 @@ enum Match { NoMatch = 0, MatchedEmpty = 1, MatchedChar = 2 };
 inline Match matchOne(const char** pos, const unsigned char* token, const char* start)
 {
     switch (*token) {
-    case EOL:
-        return AtEndOfLine{}(**pos) ? MatchedEmpty : NoMatch;
-    case BOL:
-        return *pos == start ? MatchedEmpty : NoMatch;
+    case EOL: return AtEndOfLine{}(**pos) ? MatchedEmpty : NoMatch;
+    case BOL: return *pos == start ? MatchedEmpty : NoMatch;
     default:
         if (!takes(token, **pos))
             return NoMatch;
@@ -60,8 +58,7 @@ const char* lastMatched(const char* pos, const char* start)
 // The rest of the pattern tried at each position from str back to began,
 // skipping those where its first token cannot match.
 template <class FirstRule>
-const char* backOff(const char* str, const char* began, const unsigned char* rest, Search& search,
-                    FirstRule mayBegin)
+const char* backOff(const char* str, const char* began, const unsigned char* rest, Search& search, FirstRule mayBegin)
 {
     for (;; --str) {
         if (mayBegin(*str) && !search.knownToFail(rest, str)) {

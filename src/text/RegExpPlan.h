@@ -17,12 +17,12 @@ namespace kztext {
 struct SearchPlan {
     static constexpr std::size_t kMaxRequired = 4;
 
-    bool anchored;              // '^' first: tried once, at the search start
-    bool matchesEmptyText;      // matches an empty text, or at the end of one
-    bool leadingRun;            // '*' or '+' first
-    unsigned char prefixLength; // the literal tokens the pattern begins with
-    bool wholeLiteral;          // and nothing else
-    unsigned char restAt;       // behind a leading run and its token; 0 for none
+    bool anchored;                   // '^' first: tried once, at the search start
+    bool matchesEmptyText;           // matches an empty text, or at the end of one
+    bool leadingRun;                 // '*' or '+' first
+    unsigned char prefixLength;      // the literal tokens the pattern begins with
+    bool wholeLiteral;               // and nothing else
+    unsigned char restAt;            // behind a leading run and its token; 0 for none
     unsigned char restLiteralLength; // the literal tokens rest begins with
     // Runs of literal tokens outside any closure: every match holds each.
     unsigned char requiredCount;

@@ -30,7 +30,7 @@ enum Token : unsigned char {
 
 constexpr int kClassBytes = 16; // one bit per 7-bit character
 constexpr int kClassTokenSize = 1 + kClassBytes;
-constexpr int kLastElementStart = KZRegExp::maxpat - 1;          // 127 bytes leave room for the terminator
+constexpr int kLastElementStart = KZRegExp::maxpat - 1;             // 127 bytes leave room for the terminator
 constexpr int kLastClassStart = KZRegExp::maxpat - kClassTokenSize; // 111
 // Zero bytes behind the 128: a class that fills the buffer still gets its
 // terminator, and a pattern byte that reads back as a class token never has
@@ -148,16 +148,13 @@ decltype(auto) withRule(const unsigned char* token, F&& f)
     switch (*token) {
     case BOL:
     case EOL:
-    case 0:
-        return f(TakesNothing{});
-    case ANY:
-        return f(TakesAnyButNewline{});
+    case 0: return f(TakesNothing{});
+    case ANY: return f(TakesAnyButNewline{});
     case CCL:
         if (inClass(token + 1, 0))
             return f(TakesClassButNul{token + 1});
         return f(TakesClass{token + 1});
-    default:
-        return f(TakesCharacter{static_cast<char>(*token)});
+    default: return f(TakesCharacter{static_cast<char>(*token)});
     }
 }
 
@@ -207,18 +204,15 @@ decltype(auto) withFirstRule(const unsigned char* pat, F&& f)
     case 0: // no tokens at all: matches wherever it is tried
     case CLOSURE:
     case OPT:
-    case BOL:
-        return f(AnyPosition{});
-    case EOL:
-        return f(AtEndOfLine{});
+    case BOL: return f(AnyPosition{});
+    case EOL: return f(AtEndOfLine{});
     case PCLOSURE:
         if (pat[1] == BOL) // only a stray byte puts an anchor behind a closure
             return f(AnyPosition{});
         if (pat[1] == EOL)
             return f(AtEndOfLine{});
         return withRule(pat + 1, f);
-    default:
-        return withRule(pat, f);
+    default: return withRule(pat, f);
     }
 }
 

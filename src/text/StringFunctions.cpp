@@ -30,10 +30,8 @@ std::string KZStringFunctions::strip(const std::string& s, StripType type, char 
     if (s.empty())
         return s;
     switch (type) {
-    case StripLeading:
-        return std::string(findFirstDifferent(s, c), s.end());
-    case StripTrailing:
-        return std::string(s.begin(), findLastDifferent(s, c, s.begin()));
+    case StripLeading: return std::string(findFirstDifferent(s, c), s.end());
+    case StripTrailing: return std::string(s.begin(), findLastDifferent(s, c, s.begin()));
     case StripBoth: {
         const Iterator first = findFirstDifferent(s, c);
         return std::string(first, findLastDifferent(s, c, first));
@@ -94,8 +92,7 @@ bool KZStringFunctions::replaceAll(std::string& s, const std::string& search, co
     if (search == replacement || search.empty())
         return false;
     bool replaced = false;
-    for (std::size_t at = s.find(search); at != std::string::npos;
-         at = s.find(search, at + replacement.size())) {
+    for (std::size_t at = s.find(search); at != std::string::npos; at = s.find(search, at + replacement.size())) {
         s.replace(at, search.size(), replacement);
         replaced = true;
     }

@@ -37,7 +37,10 @@ inline std::string toHex(const unsigned char* data, std::size_t size)
     return out;
 }
 
-inline std::string toHex(const Bytes& data) { return toHex(data.data(), data.size()); }
+inline std::string toHex(const Bytes& data)
+{
+    return toHex(data.data(), data.size());
+}
 
 inline Bytes randomBytes(std::size_t size, unsigned seed)
 {
@@ -50,14 +53,14 @@ inline Bytes randomBytes(std::size_t size, unsigned seed)
 
 inline keyInstance makeKeyOrFail(unsigned char direction, const std::string& hexKey)
 {
-    keyInstance key {};
+    keyInstance key{};
     EXPECT_EQ(makeKey(&key, direction, static_cast<int>(hexKey.size() * 4), hexKey.c_str()), CIPHER_SUCCESS);
     return key;
 }
 
 inline cipherInstance cipherOrFail(unsigned char mode, const char* iv = nullptr)
 {
-    cipherInstance cipher {};
+    cipherInstance cipher{};
     EXPECT_EQ(cipherInit(&cipher, mode, iv), CIPHER_SUCCESS);
     return cipher;
 }
@@ -101,8 +104,8 @@ private:
     int m_saved = RIJNDAEL_PORTABLE;
 };
 
-#define KZ_EVERY_PATH(suite)                                                                            \
-    INSTANTIATE_TEST_SUITE_P(Impl, suite, ::testing::ValuesIn(crypt_test::kEveryImplementation),       \
+#define KZ_EVERY_PATH(suite)                                                                     \
+    INSTANTIATE_TEST_SUITE_P(Impl, suite, ::testing::ValuesIn(crypt_test::kEveryImplementation), \
                              crypt_test::implementationName)
 
 } // namespace crypt_test

@@ -46,7 +46,8 @@ KZ_EVERY_PATH(AgainstOpenSsl);
 // 32 per stride for VAES) and a few random ones.
 std::vector<std::size_t> blockCounts()
 {
-    std::vector<std::size_t> counts = {1, 2, 3, 4, 5, 6, 7, 8, 9, 15, 16, 17, 31, 32, 33, 34, 35, 36, 63, 64, 65, 100, 257};
+    std::vector<std::size_t> counts = {1,  2,  3,  4,  5,  6,  7,  8,  9,  15,  16, 17,
+                                       31, 32, 33, 34, 35, 36, 63, 64, 65, 100, 257};
     std::mt19937 rng(2024);
     for (int i = 0; i < 6; ++i)
         counts.push_back(1 + rng() % 700);
@@ -90,7 +91,8 @@ TEST_P(AgainstOpenSsl, InPlaceIsTheSameAndTouchesOnlyWholeBlocks)
                               static_cast<int>(128 * blocks));
                     Bytes expected = openSsl(encrypt, bits, mode, key, iv, whole);
                     expected.insert(expected.end(), data.end() - 11, data.end());
-                    EXPECT_EQ(buffer, expected) << bits << "/" << int(mode) << "/" << blocks << (encrypt ? " enc" : " dec");
+                    EXPECT_EQ(buffer, expected)
+                        << bits << "/" << int(mode) << "/" << blocks << (encrypt ? " enc" : " dec");
                 }
             }
 }
@@ -108,7 +110,7 @@ TEST_P(AgainstOpenSsl, Cfb1IsStandardForOneBlockAndRepeatsItsBlockOtherwise)
         Bytes once = plain;
         EXPECT_EQ(blockEncrypt(&c, &k, nullptr, 128, once.data()), 128);
         EXPECT_EQ(once, openSsl(true, bits, MODE_CFB1, key, iv, plain)) << bits;
-        Bytes back = once, inPlace = once;   // decryption XORs into outBuffer, with the encryption key
+        Bytes back = once, inPlace = once; // decryption XORs into outBuffer, with the encryption key
         blockDecrypt(&c, &k, once.data(), 128, back.data());
         blockDecrypt(&c, &k, inPlace.data(), 128, inPlace.data());
         EXPECT_EQ(back, plain);
@@ -130,7 +132,8 @@ TEST_P(AgainstOpenSsl, RijndaelStreamPayloadIsAesCbcWithTheFixedIv)
     const struct {
         KZCrypt::KeySize size;
         std::string key;
-    } keys[] = {{KZCrypt::Key128, "secret"}, {KZCrypt::Key192, "another key of 24 chars!"},
+    } keys[] = {{KZCrypt::Key128, "secret"},
+                {KZCrypt::Key192, "another key of 24 chars!"},
                 {KZCrypt::Key256, "a rather long key text of 32 ch."}};
     unsigned seed = 50;
     for (const auto& k : keys)

@@ -42,7 +42,7 @@ TEST(CryptBuffer, NullDataIsSpacesAndUnpaddableSizesLeaveItEmpty)
     EXPECT_EQ(std::string(blank.getBuffer(), 16), std::string(16, ' '));
 
     KZCryptRijndael huge("k", KZCrypt::Key128, false);
-    huge.setSize(0xFFFFFFF1u);   // padding would not fit 32 bits
+    huge.setSize(0xFFFFFFF1u); // padding would not fit 32 bits
     EXPECT_EQ(huge.getCryptedSize(), 0u);
     huge.setBuffer(nullptr, 0xFFFFFFF1u);
     EXPECT_EQ(huge.getBuffer(), nullptr);
@@ -62,10 +62,18 @@ TEST(CryptKey, ConversionsAndTheirKeptQuirks)
         {"", false, text("")},
         {"AB", false, text("4142")},
         {"a\xE4z!", true, text("61e47a21")},
-        {"a\xE4xyz", false, text("61ff78797a0")},        // early high byte: its 8 digits cut to "ff"
-        {"a\xE4xy", false, text("61e47879")},            // high byte among the last three: byte table
-        {"a\x01" "bc", false, std::string("611\0" "62630", 9) + zeros.substr(9) + '\0'},   // below 0x10: NUL
-        {"a\x01" "bc", true, text("61016263")},
+        {"a\xE4xyz", false, text("61ff78797a0")}, // early high byte: its 8 digits cut to "ff"
+        {"a\xE4xy", false, text("61e47879")},     // high byte among the last three: byte table
+        {"a\x01"
+         "bc",
+         false,
+         std::string("611\0"
+                     "62630",
+                     9)
+             + zeros.substr(9) + '\0'}, // below 0x10: NUL
+        {"a\x01"
+         "bc",
+         true, text("61016263")},
     };
     for (const auto& c : cases)
         EXPECT_EQ(Probe(c.key, KZCrypt::Key128, c.byteTable).keyText(), c.expected) << c.key;
@@ -86,7 +94,7 @@ TEST(CryptKey, LengthRulesAndRefusedKeys)
 
     const std::string data(32, 'd'), first16 = "0123456789abcdef";
     EXPECT_EQ(encrypted(first16 + "tail one", data), encrypted(first16 + "another tail", data));
-    const keyInstance zero {};
+    const keyInstance zero{};
     ROUNDS = 10;
     const cipherInstance cbc = cipherOrFail(MODE_CBC, "7E21C9A4D05B38F67E21C9A4D05B38F6");
     Bytes out(32);
@@ -119,13 +127,19 @@ TEST(CryptKey, KeyBytesAreTheBytesEncodeUses)
         {std::string(20, 'k'), KZCrypt::Key128, false, std::string(16, 'k')},
         {std::string(20, 'k'), KZCrypt::Key192, false, std::string(20, 'k') + std::string(4, '\0')},
         {std::string(40, 'k'), KZCrypt::Key256, false, std::string(32, 'k')},
-        {"a\xE4xyz", KZCrypt::Key128, false, "a\xFFxyz" + z16.substr(5)},   // early high byte
-        {"a\xE4xy", KZCrypt::Key128, false, "a\xE4xy" + z16.substr(4)},     // among the last three
+        {"a\xE4xyz", KZCrypt::Key128, false, "a\xFFxyz" + z16.substr(5)}, // early high byte
+        {"a\xE4xy", KZCrypt::Key128, false, "a\xE4xy" + z16.substr(4)},   // among the last three
         {"a\xE4xyz", KZCrypt::Key128, true, "a\xE4xyz" + z16.substr(5)},
-        {"a\x01" "bc", KZCrypt::Key128, true, "a\x01" "bc" + z16.substr(4)},
-        {"a\x01" "bc", KZCrypt::Key128, false, ""},                          // below 0x10
-        {std::string(17, 'k') + "\x01", KZCrypt::Key128, false, std::string(16, 'k')},   // not counted
-        {std::string(65, 'k'), KZCrypt::Key128, false, ""},                   // too long
+        {"a\x01"
+         "bc",
+         KZCrypt::Key128, true,
+         "a\x01"
+         "bc" + z16.substr(4)},
+        {"a\x01"
+         "bc",
+         KZCrypt::Key128, false, ""},                                                  // below 0x10
+        {std::string(17, 'k') + "\x01", KZCrypt::Key128, false, std::string(16, 'k')}, // not counted
+        {std::string(65, 'k'), KZCrypt::Key128, false, ""},                            // too long
         {"AB", static_cast<KZCrypt::KeySize>(100), false, ""},
     };
     const std::string data = "some data";
@@ -137,9 +151,13 @@ TEST(CryptKey, KeyBytesAreTheBytesEncodeUses)
                 << c.key;
         }
     }
-    const struct { KZCrypt::KeySize size; std::size_t longest, used; } lengths[] = {
-        {KZCrypt::Key128, 64, 16}, {KZCrypt::Key192, 96, 24}, {KZCrypt::Key256, 128, 32},
-        {static_cast<KZCrypt::KeySize>(100), 0, 0}};
+    const struct {
+        KZCrypt::KeySize size;
+        std::size_t longest, used;
+    } lengths[] = {{KZCrypt::Key128, 64, 16},
+                   {KZCrypt::Key192, 96, 24},
+                   {KZCrypt::Key256, 128, 32},
+                   {static_cast<KZCrypt::KeySize>(100), 0, 0}};
     for (const auto& l : lengths) {
         EXPECT_EQ(KZCrypt::longestKeyText(l.size), l.longest) << l.size;
         EXPECT_EQ(KZCrypt::keyCharactersUsed(l.size), l.used) << l.size;
@@ -149,7 +167,7 @@ TEST(CryptKey, KeyBytesAreTheBytesEncodeUses)
 TEST(CryptStream, HeaderAndPaddingForCheckingTools)
 {
     const std::string stream = encrypted("secret", "hello");
-    KZCrypt::StreamHeader header {{'x', 'x', 'x', 'x'}, 7, 7};
+    KZCrypt::StreamHeader header{{'x', 'x', 'x', 'x'}, 7, 7};
     EXPECT_FALSE(KZCrypt::readStreamHeader(stream.data(), KZCrypt::kStreamHeaderSize - 1, header));
     EXPECT_FALSE(KZCrypt::readStreamHeader(nullptr, 100, header));
     EXPECT_EQ(header.bufferSize, 7u);
@@ -162,8 +180,11 @@ TEST(CryptStream, HeaderAndPaddingForCheckingTools)
     EXPECT_EQ(header.bufferSize, 0x01020304u);
     EXPECT_EQ(header.cryptedSize, 0xF0000000u);
 
-    const struct { const char* key; std::string data; bool padded; } cases[] = {
-        {"secret", "hello", true}, {"wrong", "hello", false}, {"wrong", std::string(16, 'x'), true}};
+    const struct {
+        const char* key;
+        std::string data;
+        bool padded;
+    } cases[] = {{"secret", "hello", true}, {"wrong", "hello", false}, {"wrong", std::string(16, 'x'), true}};
     for (const auto& c : cases) {
         KZCryptRijndael crypt(c.key, KZCrypt::Key128, false);
         std::istringstream in(encrypted("secret", c.data));
@@ -172,7 +193,7 @@ TEST(CryptStream, HeaderAndPaddingForCheckingTools)
         EXPECT_EQ(crypt.hasSpacePadding(), c.padded) << c.key << ' ' << c.data;
     }
     KZCryptRijndael claimed("k", KZCrypt::Key128, false);
-    claimed.setSize(5);   // nothing held: nothing to check
+    claimed.setSize(5); // nothing held: nothing to check
     EXPECT_TRUE(claimed.hasSpacePadding());
 }
 
@@ -197,7 +218,7 @@ TEST(CryptStream, SetCryptedBufferTakesCiphertext)
 {
     const std::string payload = encrypted("k", "twenty bytes of text").substr(12);
     KZCryptRijndael crypt("k", KZCrypt::Key128, false);
-    EXPECT_FALSE(crypt.setCryptedBuffer(payload.data(), 16, 20));   // sizes do not belong together
+    EXPECT_FALSE(crypt.setCryptedBuffer(payload.data(), 16, 20)); // sizes do not belong together
     EXPECT_EQ(crypt.getBuffer(), nullptr);
     EXPECT_FALSE(crypt.setCryptedBuffer(nullptr, 32, 20));
     ASSERT_TRUE(crypt.setCryptedBuffer(payload.data(), 32, 20));
@@ -207,7 +228,10 @@ TEST(CryptStream, SetCryptedBufferTakesCiphertext)
 
 // A reader that cannot seek, like a pipe.
 struct PipeBuf : std::streambuf {
-    explicit PipeBuf(std::string data) : m_data(std::move(data)) { setg(&m_data[0], &m_data[0], &m_data[0] + m_data.size()); }
+    explicit PipeBuf(std::string data) : m_data(std::move(data))
+    {
+        setg(&m_data[0], &m_data[0], &m_data[0] + m_data.size());
+    }
     std::string m_data;
 };
 
@@ -267,8 +291,13 @@ TEST(CryptStream, CallersBoundWhatAShortStreamMayClaim)
     const auto claiming = [](std::uint32_t missing) {
         return "RCBC" + le32(100 + missing) + le32(100 + missing) + std::string(100, 'x');
     };
-    struct Case { std::uint32_t bound, missing; bool holdsBuffer; } const cases[] = {
-        {4096, 4096, true}, {4096, 4097, false}, {0, 1, false},
+    struct Case {
+        std::uint32_t bound, missing;
+        bool holdsBuffer;
+    } const cases[] = {
+        {4096, 4096, true},
+        {4096, 4097, false},
+        {0, 1, false},
         {KZCrypt::kDefaultMaxMissing, KZCrypt::kDefaultMaxMissing + 1, false},
     };
     for (const Case& c : cases)
@@ -294,7 +323,7 @@ TEST(CryptStream, SizesClaimedBeyondTheHeldBytesAreNotUsed)
 {
     KZCryptRijndael crypt("k", KZCrypt::Key128, false);
     crypt.setBuffer("sixteen bytes!!!");
-    crypt.setSize(100);   // claims 112 bytes; 16 are held
+    crypt.setSize(100); // claims 112 bytes; 16 are held
     EXPECT_EQ(crypt.encode(), 0);
     EXPECT_EQ(crypt.decode(), 0);
     EXPECT_EQ(std::string(crypt.getBuffer(), 16), "sixteen bytes!!!");
@@ -303,7 +332,7 @@ TEST(CryptStream, SizesClaimedBeyondTheHeldBytesAreNotUsed)
     EXPECT_TRUE(out.str().empty());
 
     crypt.clearBuffer();
-    crypt.setSize(20);   // no buffer at all
+    crypt.setSize(20); // no buffer at all
     EXPECT_EQ(crypt.encode(), 0);
     EXPECT_FALSE(crypt.writeEncrypted(out));
 }

@@ -34,12 +34,12 @@ TEST(CipherPathChoice, EnvironmentForcesAPathAtTheFirstCall)
     } cases[] = {
         {nullptr, nullptr, best()},
         {"1", nullptr, RIJNDAEL_PORTABLE},
-        {"0", nullptr, best()},                       // "0" does not force
+        {"0", nullptr, best()}, // "0" does not force
         {nullptr, "0", RIJNDAEL_PORTABLE},
         {nullptr, "1", upTo(RIJNDAEL_HARDWARE)},
         {nullptr, "2", upTo(RIJNDAEL_VAES)},
-        {nullptr, "7", best()},                       // not a path: ignored
-        {"1", "2", RIJNDAEL_PORTABLE},               // the portable switch wins
+        {nullptr, "7", best()},        // not a path: ignored
+        {"1", "2", RIJNDAEL_PORTABLE}, // the portable switch wins
     };
     for (const auto& c : cases) {
         EXPECT_EXIT(
@@ -58,9 +58,9 @@ TEST(CipherPathChoice, AskingForAMissingPathTakesTheBestBelowIt)
     EXPECT_EXIT(
         {
             bool ok = rijndaelSetImplementation(RIJNDAEL_VAES) == upTo(RIJNDAEL_VAES)
-                && rijndaelSetImplementation(RIJNDAEL_HARDWARE) == upTo(RIJNDAEL_HARDWARE)
-                && rijndaelSetImplementation(RIJNDAEL_PORTABLE) == RIJNDAEL_PORTABLE
-                && rijndaelSetImplementation(5) == RIJNDAEL_PORTABLE;
+                      && rijndaelSetImplementation(RIJNDAEL_HARDWARE) == upTo(RIJNDAEL_HARDWARE)
+                      && rijndaelSetImplementation(RIJNDAEL_PORTABLE) == RIJNDAEL_PORTABLE
+                      && rijndaelSetImplementation(5) == RIJNDAEL_PORTABLE;
             std::exit(ok ? 0 : 1);
         },
         ::testing::ExitedWithCode(0), "");

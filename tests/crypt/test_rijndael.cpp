@@ -129,26 +129,26 @@ TEST(CipherRoundCount, EveryKeyUsesTheLatestRoundCount)
 
 TEST(CipherStatus, RecordsAndArgumentsAreChecked)
 {
-    keyInstance key {};
+    keyInstance key{};
     EXPECT_EQ(makeKey(nullptr, DIR_ENCRYPT, 128, kFips197[0].key), BAD_KEY_INSTANCE);
     EXPECT_EQ(makeKey(&key, 2, 128, kFips197[0].key), BAD_KEY_DIR);
     EXPECT_EQ(makeKey(&key, DIR_ENCRYPT, 160, kFips197[0].key), BAD_KEY_MAT);
     EXPECT_EQ(makeKey(&key, DIR_ENCRYPT, 128, "2b7e151628aed2a6abf7158809cf4f3g"), BAD_KEY_MAT);
-    EXPECT_EQ(makeKey(&key, DIR_ENCRYPT, 128, "2b7e15"), BAD_KEY_MAT);   // too few digits
+    EXPECT_EQ(makeKey(&key, DIR_ENCRYPT, 128, "2b7e15"), BAD_KEY_MAT); // too few digits
     EXPECT_EQ(makeKey(&key, DIR_ENCRYPT, 128, "2B7E151628AED2A6ABF7158809CF4F3C"), CIPHER_SUCCESS);
-    keyInstance again = key;   // digits already in the record
+    keyInstance again = key; // digits already in the record
     EXPECT_EQ(makeKey(&again, DIR_ENCRYPT, 128, nullptr), CIPHER_SUCCESS);
     EXPECT_EQ(std::memcmp(again.keySched, key.keySched, sizeof key.keySched), 0);
 
-    cipherInstance cipher {};
+    cipherInstance cipher{};
     EXPECT_EQ(cipherInit(&cipher, 0, nullptr), BAD_CIPHER_MODE);
     EXPECT_EQ(cipherInit(&cipher, 4, nullptr), BAD_CIPHER_MODE);
     EXPECT_EQ(cipherInit(nullptr, MODE_CBC, nullptr), BAD_CIPHER_STATE);
     EXPECT_EQ(cipherInit(&cipher, MODE_CBC, "0102030405060708090a0b0c0d0e0f10"), CIPHER_SUCCESS);
-    EXPECT_EQ(cipherInit(&cipher, MODE_ECB, nullptr), CIPHER_SUCCESS);   // IV kept
+    EXPECT_EQ(cipherInit(&cipher, MODE_ECB, nullptr), CIPHER_SUCCESS); // IV kept
     EXPECT_EQ(cipher.IV[15], 0x10);
     EXPECT_EQ(cipherInit(&cipher, MODE_CBC, "AABBzz"), BAD_CIPHER_INSTANCE);
-    EXPECT_EQ(toHex(cipher.IV, 3), "aabb03");   // written up to the bad digit
+    EXPECT_EQ(toHex(cipher.IV, 3), "aabb03"); // written up to the bad digit
 }
 
 TEST(CipherStatus, BlockFunctionsRefuseWrongDirectionsAndMissingBuffers)
@@ -169,7 +169,7 @@ TEST(CipherStatus, BlockFunctionsRefuseWrongDirectionsAndMissingBuffers)
     EXPECT_EQ(blockEncrypt(&cbc, &enc, nullptr, 128, buf), BAD_CIPHER_STATE);
     EXPECT_EQ(blockEncrypt(&cbc, &enc, buf, 128, nullptr), BAD_CIPHER_STATE);
     EXPECT_EQ(blockDecrypt(&cfb, &enc, nullptr, 128, buf), BAD_CIPHER_STATE);
-    EXPECT_EQ(blockEncrypt(&cbc, &enc, nullptr, 100, nullptr), 0);   // nothing to do
+    EXPECT_EQ(blockEncrypt(&cbc, &enc, nullptr, 100, nullptr), 0); // nothing to do
     EXPECT_EQ(cipherUpdateRounds(&cbc, &enc, nullptr, 128, buf, 3), BAD_CIPHER_STATE);
     EXPECT_EQ(cipherUpdateRounds(&cbc, &badDir, buf, 128, buf, 3), BAD_KEY_DIR);
 }
@@ -189,8 +189,10 @@ TEST(CipherRounds, IntermediateStatesMatchThePublishedOnes)
     const struct {
         int rounds;
         const char *state, *undone;
-    } cases[] = {{0, "193de3bea0f4e22b9ac68d2ae9f84808", v.plain}, {1, round1, round1},
-                 {2, "aa8f5f0361dde3ef82d24ad26832469a", "aa8f5f0361dde3ef82d24ad26832469a"}, {10, v.cipher, round9},
+    } cases[] = {{0, "193de3bea0f4e22b9ac68d2ae9f84808", v.plain},
+                 {1, round1, round1},
+                 {2, "aa8f5f0361dde3ef82d24ad26832469a", "aa8f5f0361dde3ef82d24ad26832469a"},
+                 {10, v.cipher, round9},
                  {25, v.cipher, round9}};
     for (const auto& c : cases) {
         unsigned char out[16], back[16];
@@ -208,7 +210,7 @@ TEST(CipherSteps, ZeroFactorAndColumnClamp)
     unsigned char s[4][MAXBC], orig[4][MAXBC];
     for (int i = 0; i < 16; ++i)
         s[i % 4][i / 4] = orig[i % 4][i / 4] = static_cast<unsigned char>(i);
-    ShiftRow(s, 0, 200);   // treated as 4
+    ShiftRow(s, 0, 200); // treated as 4
     EXPECT_EQ(s[1][0], 5);
     ShiftRow(s, 1, 4);
     EXPECT_EQ(std::memcmp(s, orig, sizeof s), 0);

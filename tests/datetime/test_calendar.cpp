@@ -41,7 +41,10 @@ static std::vector<std::string> names(const std::list<PublicHolidayInfo>& list)
     return result;
 }
 
-static BundesLand mask(int bits) { return static_cast<BundesLand>(bits); }
+static BundesLand mask(int bits)
+{
+    return static_cast<BundesLand>(bits);
+}
 
 TEST(Easter, MatchesBothCalendarsAndPlacesTwoDigitYears)
 {
@@ -54,10 +57,14 @@ TEST(Easter, MatchesBothCalendarsAndPlacesTwoDigitYears)
 
 TEST(HolidayRules, ResolvedDatesAndOddRecords)
 {
-    const struct { const char* name; int year; unsigned day, month; } cases[] = {
-        {"Karfreitag", 2024, 29, 3}, {"Ostermontag", 2024, 1, 4}, {"Pfingstmontag", 2024, 20, 5},
+    const struct {
+        const char* name;
+        int year;
+        unsigned day, month;
+    } cases[] = {
+        {"Karfreitag", 2024, 29, 3},   {"Ostermontag", 2024, 1, 4},          {"Pfingstmontag", 2024, 20, 5},
         {"Fronleichnam", 2024, 30, 5}, {"Bu\xDF- und Bettag", 2010, 17, 11}, {"Bu\xDF- und Bettag", 2011, 16, 11},
-        {"Neujahrstag", 99, 1, 1}, {"Bu\xDF- und Bettag", 112, 21, 11} /* 2012 */};
+        {"Neujahrstag", 99, 1, 1},     {"Bu\xDF- und Bettag", 112, 21, 11} /* 2012 */};
     for (const auto& c : cases) {
         const KZDate expected(c.day, c.month, c.year == 99 ? 1999 : c.year);
         EXPECT_EQ(PublicHolidayInfo(row(c.name), c.year).getDate().Hash(), expected.Hash()) << c.name << c.year;
@@ -75,26 +82,38 @@ TEST(HolidayRules, ResolvedDatesAndOddRecords)
 TEST(FederalStates, NamesIdsAndLookups)
 {
     const Bundeslaender states;
-    const struct { int land; const char* full; const char* abbreviation; } names[] = {
+    const struct {
+        int land;
+        const char* full;
+        const char* abbreviation;
+    } names[] = {
         {BW, "Baden-W\xFCrttemberg", "BW"}, {Alle, "Unbekanntes Bundesland", "Alle"}, {BY | BW, "Fehler", "Fehler"}};
     for (const auto& n : names) {
         EXPECT_EQ(states.getName(mask(n.land), true), n.full) << n.land;
         EXPECT_EQ(states.getName(mask(n.land), false), n.abbreviation) << n.land;
     }
-    const struct { const char* name; int land; } lookups[] = {
-        {"Sachsen", SN}, {"Sachsen-Anhalt", ST}, {"sachsen", XX}, {"Alle", XX}, {"BY", XX}, {nullptr, XX}};
+    const struct {
+        const char* name;
+        int land;
+    } lookups[] = {{"Sachsen", SN}, {"Sachsen-Anhalt", ST}, {"sachsen", XX}, {"Alle", XX}, {"BY", XX}, {nullptr, XX}};
     for (const auto& l : lookups)
         EXPECT_EQ(states.getBundesLand(l.name), l.land) << (l.name ? l.name : "(null)");
-    const struct { int id; int land; } ids[] = {{-1, XX}, {0, Alle}, {16, TH}, {17, Alle}, {-2, Alle}};
+    const struct {
+        int id;
+        int land;
+    } ids[] = {{-1, XX}, {0, Alle}, {16, TH}, {17, Alle}, {-2, Alle}};
     for (const auto& c : ids)
         EXPECT_EQ(Bundeslaender::mapBundesLandId2BundeLand(static_cast<BundesLandId>(c.id)), c.land) << c.id;
 }
 
 TEST(CalendarQueries, SingleDates)
 {
-    const struct { unsigned day, month, year; int land; int answer; } cases[] = {
-        {1, 11, 2010, BY, 0}, {1, 11, 2010, HB, 2}, {1, 11, 2010, XX, 0}, {15, 8, 2010, BY | SL, 0},
-        {15, 8, 2010, BY | SN, 2}, {25, 12, 2010, Alle, 0}, {4, 4, 2010, BY, 1} /* Easter Sunday: no row */};
+    const struct {
+        unsigned day, month, year;
+        int land;
+        int answer;
+    } cases[] = {{1, 11, 2010, BY, 0},      {1, 11, 2010, HB, 2},    {1, 11, 2010, XX, 0}, {15, 8, 2010, BY | SL, 0},
+                 {15, 8, 2010, BY | SN, 2}, {25, 12, 2010, Alle, 0}, {4, 4, 2010, BY, 1} /* Easter Sunday: no row */};
     for (const auto& c : cases)
         EXPECT_EQ(KZCalendar::isPublicHoliday(KZDate(c.day, c.month, c.year), mask(c.land)), c.answer)
             << c.day << "." << c.month << "." << c.year << " in " << c.land;
@@ -144,15 +163,16 @@ static PublicHolidayMatches rowsByTheirDates(const KZDate& date)
 
 TEST(CalendarQueries, PerDateAnswersAgreeWithTheRowsDatesOnEveryDay)
 {
-    const int lands[] = {XX, BW, BY, BE, BB, HB, HH, HE, MV, NI, NW, RP, SL, SN, ST, SH, TH, Alle,
-                         BW | BY, BY | SL, BW | ST, BB | MV | SN | ST | TH, 0x10000, -1};
+    const int lands[] = {XX,      BW, BY, BE, BB, HB, HH,   HE,      MV,      NI,      NW,
+                         RP,      SL, SN, ST, SH, TH, Alle, BW | BY, BY | SL, BW | ST, BB | MV | SN | ST | TH,
+                         0x10000, -1};
     std::vector<std::uint32_t> days;
     constexpr std::uint32_t kJanuary1stOfYear0 = 1721060;
     for (std::uint32_t d = kJanuary1stOfYear0; d <= KZDate(31, 12, 4100).Hash(); ++d)
         days.push_back(d);
     for (std::uint32_t d : {0u, 1u, 4294967295u, 4294967000u, 2000000000u})
         days.push_back(d);
-    unsigned month, day, year;  // KZDate reads year 0 from 1 March on; the days before wrap
+    unsigned month, day, year; // KZDate reads year 0 from 1 March on; the days before wrap
     KZDate(kJanuary1stOfYear0 + 60 - 2415386u, 0).Mdy(month, day, year);
     ASSERT_EQ(year * 10000 + month * 100 + day, 301u);
     int holidays = 0;
@@ -171,8 +191,9 @@ TEST(CalendarQueries, PerDateAnswersAgreeWithTheRowsDatesOnEveryDay)
             bool valid = false;
             for (int i = 0; i < expected.count; ++i)
                 valid = valid || expected.matches[i]->isValidIn(mask(land));
-            ASSERT_EQ(KZCalendar::isPublicHoliday(date, mask(land)), valid ? 0 : 2) << "day number " << n << " in " << land;
+            ASSERT_EQ(KZCalendar::isPublicHoliday(date, mask(land)), valid ? 0 : 2)
+                << "day number " << n << " in " << land;
         }
     }
-    EXPECT_GT(holidays, 11 * 3962);  // the nine days every state has and more, in each year 138..4099
+    EXPECT_GT(holidays, 11 * 3962); // the nine days every state has and more, in each year 138..4099
 }

@@ -36,18 +36,28 @@ struct Statement {
 
 const Statement kStatements[] = {
     // every state, in the first year, the year of unification and today
-    {1, 1, 1990, Alle, "Neujahrstag"},      {13, 4, 1990, Alle, "Karfreitag"},
-    {16, 4, 1990, Alle, "Ostermontag"},     {1, 5, 1990, Alle, "Tag der Arbeit"},
-    {24, 5, 1990, Alle, "Himmelfahrt"},     {4, 6, 1990, Alle, "Pfingstmontag"},
-    {3, 10, 1990, Alle, "Deutsche Einheit"}, {25, 12, 1990, Alle, "1. Weihnachtstag"},
+    {1, 1, 1990, Alle, "Neujahrstag"},
+    {13, 4, 1990, Alle, "Karfreitag"},
+    {16, 4, 1990, Alle, "Ostermontag"},
+    {1, 5, 1990, Alle, "Tag der Arbeit"},
+    {24, 5, 1990, Alle, "Himmelfahrt"},
+    {4, 6, 1990, Alle, "Pfingstmontag"},
+    {3, 10, 1990, Alle, "Deutsche Einheit"},
+    {25, 12, 1990, Alle, "1. Weihnachtstag"},
     {26, 12, 1990, Alle, "2. Weihnachtstag"},
-    {1, 1, 2024, Alle, "Neujahrstag"},      {29, 3, 2024, Alle, "Karfreitag"},
-    {1, 4, 2024, Alle, "Ostermontag"},      {1, 5, 2024, Alle, "Tag der Arbeit"},
-    {9, 5, 2024, Alle, "Himmelfahrt"},      {20, 5, 2024, Alle, "Pfingstmontag"},
-    {3, 10, 2024, Alle, "Deutsche Einheit"}, {25, 12, 2024, Alle, "1. Weihnachtstag"},
+    {1, 1, 2024, Alle, "Neujahrstag"},
+    {29, 3, 2024, Alle, "Karfreitag"},
+    {1, 4, 2024, Alle, "Ostermontag"},
+    {1, 5, 2024, Alle, "Tag der Arbeit"},
+    {9, 5, 2024, Alle, "Himmelfahrt"},
+    {20, 5, 2024, Alle, "Pfingstmontag"},
+    {3, 10, 2024, Alle, "Deutsche Einheit"},
+    {25, 12, 2024, Alle, "1. Weihnachtstag"},
     {26, 12, 2024, Alle, "2. Weihnachtstag"},
     // ordinary days
-    {2, 1, 2024, kNone, "2 January"}, {24, 12, 2024, kNone, "Heiligabend"}, {31, 12, 2024, kNone, "Silvester"},
+    {2, 1, 2024, kNone, "2 January"},
+    {24, 12, 2024, kNone, "Heiligabend"},
+    {31, 12, 2024, kNone, "Silvester"},
     {7, 10, 1990, kNone, "former GDR day of the republic"},
     // Heilige Drei Koenige: Sachsen-Anhalt from 1993 (its law of 1992)
     {6, 1, 1990, BW | BY, "Heilige Drei Koenige 1990"},
@@ -55,13 +65,18 @@ const Statement kStatements[] = {
     {6, 1, 1993, BW | BY | ST, "Heilige Drei Koenige 1993"},
     {6, 1, 2024, BW | BY | ST, "Heilige Drei Koenige 2024"},
     // Internationaler Frauentag
-    {8, 3, 2018, kNone, "Frauentag 2018"}, {8, 3, 2019, BE, "Frauentag 2019"},
-    {8, 3, 2022, BE, "Frauentag 2022"},    {8, 3, 2023, BE | MV, "Frauentag 2023"},
+    {8, 3, 2018, kNone, "Frauentag 2018"},
+    {8, 3, 2019, BE, "Frauentag 2019"},
+    {8, 3, 2022, BE, "Frauentag 2022"},
+    {8, 3, 2023, BE | MV, "Frauentag 2023"},
     // Ostersonntag and Pfingstsonntag: only Brandenburg's law names them (from
     // 1991); Hessen's has them among "die Sonntage", like every state
-    {15, 4, 1990, kNone, "Ostersonntag 1990"}, {31, 3, 1991, BB, "Ostersonntag 1991"},
-    {31, 3, 2024, BB, "Ostersonntag 2024"},    {3, 6, 1990, kNone, "Pfingstsonntag 1990"},
-    {19, 5, 1991, BB, "Pfingstsonntag 1991"},  {19, 5, 2024, BB, "Pfingstsonntag 2024"},
+    {15, 4, 1990, kNone, "Ostersonntag 1990"},
+    {31, 3, 1991, BB, "Ostersonntag 1991"},
+    {31, 3, 2024, BB, "Ostersonntag 2024"},
+    {3, 6, 1990, kNone, "Pfingstsonntag 1990"},
+    {19, 5, 1991, BB, "Pfingstsonntag 1991"},
+    {19, 5, 2024, BB, "Pfingstsonntag 2024"},
     // Fronleichnam: not in Sachsen-Anhalt, but in Hessen
     {14, 6, 1990, BW | BY | HE | NW | RP | SL, "Fronleichnam 1990"},
     {30, 5, 2024, BW | BY | HE | NW | RP | SL, "Fronleichnam 2024"},
@@ -69,21 +84,28 @@ const Statement kStatements[] = {
     {8, 8, 2024, kNone, "Augsburger Friedensfest"},
     {15, 8, 2024, SL, "Mariae Himmelfahrt"},
     // Weltkindertag
-    {20, 9, 2018, kNone, "Weltkindertag 2018"}, {20, 9, 2019, TH, "Weltkindertag 2019"},
+    {20, 9, 2018, kNone, "Weltkindertag 2018"},
+    {20, 9, 2019, TH, "Weltkindertag 2019"},
     // Reformationstag
-    {31, 10, 1990, kEast, "Reformationstag 1990"}, {31, 10, 2016, kEast, "Reformationstag 2016"},
+    {31, 10, 1990, kEast, "Reformationstag 1990"},
+    {31, 10, 2016, kEast, "Reformationstag 2016"},
     {31, 10, 2017, Alle, "Reformationstag 2017"},
     {31, 10, 2018, kEast | HB | HH | NI | SH, "Reformationstag 2018"},
     {31, 10, 2024, kEast | HB | HH | NI | SH, "Reformationstag 2024"},
     // Allerheiligen
     {1, 11, 2024, BW | BY | NW | RP | SL, "Allerheiligen"},
     // Buss- und Bettag
-    {21, 11, 1990, Alle, "Buss- und Bettag 1990"}, {16, 11, 1994, Alle, "Buss- und Bettag 1994"},
-    {22, 11, 1995, SN, "Buss- und Bettag 1995"},   {20, 11, 2024, SN, "Buss- und Bettag 2024"},
+    {21, 11, 1990, Alle, "Buss- und Bettag 1990"},
+    {16, 11, 1994, Alle, "Buss- und Bettag 1994"},
+    {22, 11, 1995, SN, "Buss- und Bettag 1995"},
+    {20, 11, 2024, SN, "Buss- und Bettag 2024"},
     // single dates
-    {17, 6, 1990, kWest, "17 June 1990"},  {17, 6, 1991, kNone, "17 June 1991"},
-    {8, 5, 2020, BE, "8 May 2020"},        {8, 5, 2024, kNone, "8 May 2024"},
-    {8, 5, 2025, BE, "8 May 2025"},        {17, 6, 2028, BE, "17 June 2028"},
+    {17, 6, 1990, kWest, "17 June 1990"},
+    {17, 6, 1991, kNone, "17 June 1991"},
+    {8, 5, 2020, BE, "8 May 2020"},
+    {8, 5, 2024, kNone, "8 May 2024"},
+    {8, 5, 2025, BE, "8 May 2025"},
+    {17, 6, 2028, BE, "17 June 2028"},
     {17, 6, 2027, kNone, "17 June 2027"},
 };
 
@@ -95,16 +117,32 @@ struct RegionFact {
 };
 
 const RegionFact kRegionFacts[] = {
-    {BY, "A", 8, 8, 2024, true},    {BY, "A", 8, 8, 1990, true},     {BY, "KATH", 8, 8, 2024, false},
-    {BY, "A", 15, 8, 2024, true},   {BY, "KATH", 15, 8, 2024, true}, {BY, "A", 6, 1, 2024, true},
-    {BY, "KATH", 30, 5, 2024, true}, {BY, "A", 31, 10, 2024, false},
-    {SN, "BZ", 30, 5, 2024, true},  {SN, "BZ", 10, 6, 1993, true},   {SN, "BZ", 18, 6, 1992, false},
-    {SN, "BZ", 31, 10, 2024, true}, {SN, "BZ", 15, 8, 2024, false},
-    {TH, "EIC", 30, 5, 2024, true}, {TH, "UH", 30, 5, 2024, true},   {TH, "WAK", 30, 5, 2024, true},
-    {TH, "EIC", 15, 6, 1995, true}, {TH, "EIC", 2, 6, 1994, true},   {TH, "WAK", 20, 9, 2019, true},
+    {BY, "A", 8, 8, 2024, true},
+    {BY, "A", 8, 8, 1990, true},
+    {BY, "KATH", 8, 8, 2024, false},
+    {BY, "A", 15, 8, 2024, true},
+    {BY, "KATH", 15, 8, 2024, true},
+    {BY, "A", 6, 1, 2024, true},
+    {BY, "KATH", 30, 5, 2024, true},
+    {BY, "A", 31, 10, 2024, false},
+    {SN, "BZ", 30, 5, 2024, true},
+    {SN, "BZ", 10, 6, 1993, true},
+    {SN, "BZ", 18, 6, 1992, false},
+    {SN, "BZ", 31, 10, 2024, true},
+    {SN, "BZ", 15, 8, 2024, false},
+    {TH, "EIC", 30, 5, 2024, true},
+    {TH, "UH", 30, 5, 2024, true},
+    {TH, "WAK", 30, 5, 2024, true},
+    {TH, "EIC", 15, 6, 1995, true},
+    {TH, "EIC", 2, 6, 1994, true},
+    {TH, "WAK", 20, 9, 2019, true},
     // Thueringen's regions from 1991, under the GDR's ordinance kept by the Unification Treaty
-    {TH, "EIC", 14, 6, 1990, false}, {TH, "UH", 14, 6, 1990, false}, {TH, "WAK", 14, 6, 1990, false},
-    {TH, "EIC", 30, 5, 1991, true},  {TH, "UH", 30, 5, 1991, true},  {TH, "WAK", 30, 5, 1991, true},
+    {TH, "EIC", 14, 6, 1990, false},
+    {TH, "UH", 14, 6, 1990, false},
+    {TH, "WAK", 14, 6, 1990, false},
+    {TH, "EIC", 30, 5, 1991, true},
+    {TH, "UH", 30, 5, 1991, true},
+    {TH, "WAK", 30, 5, 1991, true},
 };
 
 TEST(HolidayLawFacts, EveryStatementHoldsInExactlyItsStates)
@@ -140,22 +178,22 @@ TEST(HolidayLawAnswers, DistinguishElsewhereNothingAndOutOfRange)
         const char* region;
         int answer;
     } const cases[] = {
-        {KZDate(30, 5, 2024), BE, "", 2},        // Fronleichnam holds elsewhere
-        {KZDate(8, 8, 2024), BY, "", 2},         // Augsburg only
-        {KZDate(8, 8, 2024), XX, "", 0},         // land 0 accepts every place
+        {KZDate(30, 5, 2024), BE, "", 2}, // Fronleichnam holds elsewhere
+        {KZDate(8, 8, 2024), BY, "", 2},  // Augsburg only
+        {KZDate(8, 8, 2024), XX, "", 0},  // land 0 accepts every place
         {KZDate(2, 1, 2024), XX, "", 1},
         {KZDate(31, 12, 1989), BY, "", -1},
         {KZDate(1, 1, 1900), Alle, "", -1},
         {KZDate(1, 1, 2024), BY, "X", -2},
-        {KZDate(1, 1, 2024), BY, "a", -2},       // codes are case-sensitive
-        {KZDate(1, 1, 2024), SN, "A", -2},       // Augsburg is no region of Sachsen
-        {KZDate(1, 1, 2024), Alle, "A", -2},     // a region needs its one state
+        {KZDate(1, 1, 2024), BY, "a", -2},   // codes are case-sensitive
+        {KZDate(1, 1, 2024), SN, "A", -2},   // Augsburg is no region of Sachsen
+        {KZDate(1, 1, 2024), Alle, "A", -2}, // a region needs its one state
         {KZDate(1, 1, 4100), BY, "", -3},
-        {KZDate(0u, 0u, 0u), BY, "", -3},        // the null date lies far after 4099
-        {KZDate(31, 10, 2018), static_cast<BundesLand>(BB | HB), "", 0},  // merged rows hold in both
+        {KZDate(0u, 0u, 0u), BY, "", -3},                                // the null date lies far after 4099
+        {KZDate(31, 10, 2018), static_cast<BundesLand>(BB | HB), "", 0}, // merged rows hold in both
         {KZDate(31, 10, 2018), static_cast<BundesLand>(BB | BY), "", 2},
         {KZDate(16, 11, 1994), Alle, "", 0},
-        {KZDate(1, 1, 2024), static_cast<BundesLand>(0x10000), "", 2},  // no state at all
+        {KZDate(1, 1, 2024), static_cast<BundesLand>(0x10000), "", 2}, // no state at all
     };
     for (const Case& c : cases)
         EXPECT_EQ(KZHolidayLaw::isPublicHoliday(c.date, c.land, c.region), c.answer)
@@ -175,8 +213,9 @@ TEST(HolidayLawPeriod, ListsAStateYearInDateOrder)
     std::vector<DatedHoliday> list;
     ASSERT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2024), BE, "", list), KZHolidayLaw::Ok);
     const std::vector<std::string> expected = {
-        "Neujahrstag", "Internationaler Frauentag", "Karfreitag", "Ostermontag", "Tag der Arbeit",
-        "Christi Himmelfahrt", "Pfingstmontag", "Tag der Deutschen Einheit", "1. Weihnachtstag", "2. Weihnachtstag"};
+        "Neujahrstag",      "Internationaler Frauentag", "Karfreitag",    "Ostermontag",
+        "Tag der Arbeit",   "Christi Himmelfahrt",       "Pfingstmontag", "Tag der Deutschen Einheit",
+        "1. Weihnachtstag", "2. Weihnachtstag"};
     EXPECT_EQ(namesOf(list), expected);
     for (std::size_t i = 1; i < list.size(); ++i)
         EXPECT_LT(list[i - 1].date.Hash(), list[i].date.Hash());
@@ -188,7 +227,8 @@ TEST(HolidayLawPeriod, KeepsRuleOrderOnOneDayAndSpansYears)
     ASSERT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(1, 5, 2008), KZDate(1, 5, 2008), Alle, "", list), KZHolidayLaw::Ok);
     EXPECT_EQ(namesOf(list), (std::vector<std::string>{"Tag der Arbeit", "Christi Himmelfahrt"}));
 
-    ASSERT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(20, 12, 2023), KZDate(10, 1, 2024), ST, "", list), KZHolidayLaw::Ok);
+    ASSERT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(20, 12, 2023), KZDate(10, 1, 2024), ST, "", list),
+              KZHolidayLaw::Ok);
     EXPECT_EQ(namesOf(list), (std::vector<std::string>{"1. Weihnachtstag", "2. Weihnachtstag", "Neujahrstag",
                                                        "Heilige Drei K\xF6nige"}));
     EXPECT_EQ(iso(list[2].date), "2024-1-1");
@@ -206,7 +246,8 @@ TEST(HolidayLawPeriod, MergesOneHolidayOnOneDateWithAllItsPlaces)
         codes.push_back(r->code);
     EXPECT_EQ(codes, (std::vector<std::string>{"BZ", "EIC", "UH", "WAK"}));
 
-    ASSERT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(31, 10, 2017), KZDate(31, 10, 2017), Alle, "", list), KZHolidayLaw::Ok);
+    ASSERT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(31, 10, 2017), KZDate(31, 10, 2017), Alle, "", list),
+              KZHolidayLaw::Ok);
     ASSERT_EQ(list.size(), 1u);
     EXPECT_EQ(list[0].states, Alle);
 }
@@ -273,13 +314,20 @@ TEST(HolidayLawNames, GiveEachStatesOwnNameWhereTheDayHolds)
         int state;
         const char* name;
     } cases[] = {
-        {epiphany, BW, "Erscheinungsfest"},     {epiphany, BY, "Heilige Drei K\xF6nige"},
-        {epiphany, ST, "Heilige Drei K\xF6nige"}, {epiphany, BE, ""},
-        {womensDay, BE, "Frauentag"},           {womensDay, MV, "Internationaler Frauentag"},
-        {reformation, BB, "Reformationsfest"},  {reformation, SN, "Reformationstag"},
-        {reformation, BW, ""},                  {reformation, BB | SN, ""},
-        {reformation, XX, ""},                  {reformation, Alle, ""},
-        {corpusChristi, TH, "Fronleichnam"},    {corpusChristi, SN, ""},  // a region names its state
+        {epiphany, BW, "Erscheinungsfest"},
+        {epiphany, BY, "Heilige Drei K\xF6nige"},
+        {epiphany, ST, "Heilige Drei K\xF6nige"},
+        {epiphany, BE, ""},
+        {womensDay, BE, "Frauentag"},
+        {womensDay, MV, "Internationaler Frauentag"},
+        {reformation, BB, "Reformationsfest"},
+        {reformation, SN, "Reformationstag"},
+        {reformation, BW, ""},
+        {reformation, BB | SN, ""},
+        {reformation, XX, ""},
+        {reformation, Alle, ""},
+        {corpusChristi, TH, "Fronleichnam"},
+        {corpusChristi, SN, ""}, // a region names its state
     };
     for (const auto& c : cases)
         EXPECT_EQ(KZHolidayLaw::nameInState(c.holiday, static_cast<BundesLand>(c.state)), c.name)
@@ -301,8 +349,8 @@ TEST(HolidayLawShared, DayAnswersAgreeWithTheListsFromEveryThread)
         for (int year = KZHolidayLaw::FirstYear; year <= KZHolidayLaw::LastYear; ++year) {
             const KZDate jan1(1, 1, static_cast<unsigned>(year)), dec31(31, 12, static_cast<unsigned>(year));
             std::vector<DatedHoliday> anywhere, here;
-            if (KZHolidayLaw::holidaysInPeriod(jan1, dec31, XX, "", anywhere) != KZHolidayLaw::Ok ||
-                KZHolidayLaw::holidaysInPeriod(jan1, dec31, place.land, place.region, here) != KZHolidayLaw::Ok)
+            if (KZHolidayLaw::holidaysInPeriod(jan1, dec31, XX, "", anywhere) != KZHolidayLaw::Ok
+                || KZHolidayLaw::holidaysInPeriod(jan1, dec31, place.land, place.region, here) != KZHolidayLaw::Ok)
                 faults.push_back("no list for " + std::to_string(year));
             std::vector<int> expected(366, 1);
             for (const DatedHoliday& h : anywhere)
@@ -340,8 +388,10 @@ TEST(HolidayLawRegions, AreOrderedAndFoundByExactCode)
 
 TEST(HolidayLawClassic, GivesTheFixedTableInTheSameForm)
 {
-    const std::vector<DatedHoliday> list = KZHolidayLaw::classicHolidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2024), ST);
-    const std::list<PublicHolidayInfo> classic = KZCalendar::getPublicHolidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2024), ST);
+    const std::vector<DatedHoliday> list =
+        KZHolidayLaw::classicHolidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2024), ST);
+    const std::list<PublicHolidayInfo> classic =
+        KZCalendar::getPublicHolidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2024), ST);
     ASSERT_EQ(list.size(), classic.size());
     auto it = classic.begin();
     for (const DatedHoliday& h : list) {

@@ -51,7 +51,7 @@ bool wholeUtf8(const std::string& s)
 
 TEST(ICalendarFold, KeepsEveryPhysicalLineWithin75OctetsAndWholeCharacters)
 {
-    const char* const pieces[] = {"a", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x8E\x84"};  // 1 to 4 octets
+    const char* const pieces[] = {"a", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x8E\x84"}; // 1 to 4 octets
     for (const char* piece : pieces)
         for (int prefix = 0; prefix < 5; ++prefix) {
             std::string line = "SUMMARY:" + std::string(static_cast<std::size_t>(prefix), 'x');
@@ -115,8 +115,8 @@ ICalendarOptions stampedAt(std::time_t stamp)
 
 TEST(ICalendarWrite, FramesOneAllDayEventPerHoliday)
 {
-    const std::string ics = KZICalendar::write({holiday(KZDate(31, 12, 2024), "Silvester, Test")},
-                                               stampedAt(kzbs_test::kWinter2010));
+    const std::string ics =
+        KZICalendar::write({holiday(KZDate(31, 12, 2024), "Silvester, Test")}, stampedAt(kzbs_test::kWinter2010));
     const std::vector<std::string> expected = {
         "BEGIN:VCALENDAR",
         "VERSION:2.0",
@@ -172,11 +172,16 @@ TEST(ICalendarWrite, DescribesStatesAndRegionsAndSkipsUnwritableDates)
 
 TEST(ICalendarWrite, StampIsUtcHeldWithinYears1To9999)
 {
-    const struct { std::time_t stamp; const char* text; } cases[] = {
-        {1, "19700101T000001Z"}, {-1, "19691231T235959Z"}, {951782400, "20000229T000000Z"},
-        {-62135596801, "00010101T000000Z"}, {253402300800, "99991231T235959Z"},
-        {std::numeric_limits<std::time_t>::min(), "00010101T000000Z"},
-        {std::numeric_limits<std::time_t>::max(), "99991231T235959Z"}};
+    const struct {
+        std::time_t stamp;
+        const char* text;
+    } cases[] = {{1, "19700101T000001Z"},
+                 {-1, "19691231T235959Z"},
+                 {951782400, "20000229T000000Z"},
+                 {-62135596801, "00010101T000000Z"},
+                 {253402300800, "99991231T235959Z"},
+                 {std::numeric_limits<std::time_t>::min(), "00010101T000000Z"},
+                 {std::numeric_limits<std::time_t>::max(), "99991231T235959Z"}};
     for (const auto& c : cases) {
         const std::string ics = KZICalendar::write({holiday(KZDate(1, 1, 2024), "x")}, stampedAt(c.stamp));
         EXPECT_NE(ics.find(std::string("\r\nDTSTAMP:") + c.text + "\r\n"), std::string::npos) << c.stamp;
@@ -213,8 +218,10 @@ TEST(ICalendarParser, ReadsBackEveryEventOfSeveralStatesAndYears)
         KZBasicServices::BundesLand land;
         const char* region;
         int year;
-    } const queries[] = {{KZBasicServices::BY, "A", 2017}, {KZBasicServices::SN, "BZ", 2018},
-                         {KZBasicServices::XX, "", 2024}, {KZBasicServices::Alle, "", 1994}};
+    } const queries[] = {{KZBasicServices::BY, "A", 2017},
+                         {KZBasicServices::SN, "BZ", 2018},
+                         {KZBasicServices::XX, "", 2024},
+                         {KZBasicServices::Alle, "", 1994}};
     for (const Query& q : queries) {
         std::vector<DatedHoliday> year;
         ASSERT_EQ(KZHolidayLaw::holidaysInPeriod(KZDate(1, 1, static_cast<unsigned>(q.year)),
@@ -223,8 +230,10 @@ TEST(ICalendarParser, ReadsBackEveryEventOfSeveralStatesAndYears)
         holidays.insert(holidays.end(), year.begin(), year.end());
     }
     // Names that need escaping and folding, and Windows-1252 beyond Latin-1.
-    const std::string longName = "Tag, der; Probe\\ mit \xE4\xF6\xFC\xDF und einem sehr langen Namen, der gefaltet "
-                                 "werden muss, weil er l\xE4nger als f\xFC" "nfundsiebzig Oktette ist";
+    const std::string longName =
+        "Tag, der; Probe\\ mit \xE4\xF6\xFC\xDF und einem sehr langen Namen, der gefaltet "
+        "werden muss, weil er l\xE4nger als f\xFC"
+        "nfundsiebzig Oktette ist";
     holidays.push_back(holiday(KZDate(1, 4, 2030), longName));
     holidays.push_back(holiday(KZDate(1, 4, 2030), "\x80uro \x93Zitat\x94"));
 
@@ -240,8 +249,8 @@ TEST(ICalendarParser, ReadsBackEveryEventOfSeveralStatesAndYears)
 #ifdef _WIN32
     GTEST_SKIP() << "the checker is a Python program of the build host";
 #endif
-    const std::string command = std::string(KZBS_ICAL_PYTHON) + " " + KZBS_CHECK_ICS + " " + (folder / "first.ics") +
-                                " " + (folder / "second.ics") + " " + (folder / "expected.tsv");
+    const std::string command = std::string(KZBS_ICAL_PYTHON) + " " + KZBS_CHECK_ICS + " " + (folder / "first.ics")
+                                + " " + (folder / "second.ics") + " " + (folder / "expected.tsv");
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
 }
 

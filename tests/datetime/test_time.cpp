@@ -48,11 +48,15 @@ TEST(TimeDaylightSaving, RulesAndClockTimesFollowTheZoneOffsetOfNow)
     }
     // Clock readings are converted with the zone offset in force "now", so the
     // same reading lands an hour earlier when now is summer time.
-    const struct { std::time_t now; unsigned day, month, hour, minute; std::uint32_t expected; } cases[] = {
-        {kWinter2010, 28, 3, 2, 30, 0} /* skipped hour */, {kWinter2010, 28, 3, 3, 30, utc(2010, 3, 28, 1, 30)},
+    const struct {
+        std::time_t now;
+        unsigned day, month, hour, minute;
+        std::uint32_t expected;
+    } cases[] = {
+        {kWinter2010, 28, 3, 2, 30, 0} /* skipped hour */,      {kWinter2010, 28, 3, 3, 30, utc(2010, 3, 28, 1, 30)},
         {kWinter2010, 31, 10, 1, 30, utc(2010, 10, 31, 0, 30)}, // from 01:00 standard time
         {kWinter2010, 31, 10, 2, 30, utc(2010, 10, 31, 1, 30)}, // the repeated hour: standard time
-        {kWinter2010, 15, 1, 12, 0, utc(2010, 1, 15, 11)}, {kSummer2010, 15, 1, 12, 0, utc(2010, 1, 15, 10)},
+        {kWinter2010, 15, 1, 12, 0, utc(2010, 1, 15, 11)},      {kSummer2010, 15, 1, 12, 0, utc(2010, 1, 15, 10)},
         {kSummer2010, 1, 7, 12, 0, utc(2010, 7, 1, 9)},
     };
     for (const auto& c : cases) {
@@ -62,7 +66,7 @@ TEST(TimeDaylightSaving, RulesAndClockTimesFollowTheZoneOffsetOfNow)
     }
     ScopedNow now(kWinter2010);
     EXPECT_EQ(KZTime(KZDate(1, 1, 1901), 1, 0, 0).Hash(), 3600u); // count 0 skips the zone offset
-    EXPECT_EQ(KZTime(KZDate(0, 1, 2010), 12, 0, 0).Hash(), 0u); // null date
+    EXPECT_EQ(KZTime(KZDate(0, 1, 2010), 12, 0, 0).Hash(), 0u);   // null date
     const KZTime noon(KZDate(1, 7, 2010), 12, 0, 0);
     EXPECT_EQ(noon.Hour() * 100 + noon.HourGMT(), 1210u);
 }
@@ -90,8 +94,11 @@ TEST(TimeConversions, TimeTRangeAndCompare)
     const KZTime noon(KZDate(15, 1, 2010), 13, 0, 0);
     EXPECT_EQ(noon.Hash(), utc(2010, 1, 15, 12));
     EXPECT_EQ(noon.LocalSecs(), noon.Hash() + 3600);
-    const struct { long in; std::uint32_t stored; long out; } cases[] = {
-        {0, kTo1970, 0}, {2117514495, 0xFFFFFFFFu, 2117514495}, {2117514496, 0, 0}, {-1, 0, 0}};
+    const struct {
+        long in;
+        std::uint32_t stored;
+        long out;
+    } cases[] = {{0, kTo1970, 0}, {2117514495, 0xFFFFFFFFu, 2117514495}, {2117514496, 0, 0}, {-1, 0, 0}};
     for (const auto& c : cases) {
         const KZTime t = fromTimeT(c.in);
         EXPECT_EQ(t.Hash(), c.stored) << c.in;
@@ -106,7 +113,7 @@ TEST(TimeConversions, TimeTRangeAndCompare)
     EXPECT_EQ(y1970.CompareTo(y1971), -1);
     EXPECT_EQ(y1971.CompareTo(y1970), 1);
     EXPECT_EQ(early.CompareTo(y1970), 1); // more than 2^31 seconds apart
-    EXPECT_EQ(early.Min(y1970), 3600u); // Min and Max ignore the wrap
+    EXPECT_EQ(early.Min(y1970), 3600u);   // Min and Max ignore the wrap
 }
 
 TEST(TimeText, TwelveHourClockAndFormats)
@@ -115,9 +122,14 @@ TEST(TimeText, TwelveHourClockAndFormats)
     ScopedNow now(kWinter2010);
     const int oldFlag = KZTime::PrintDate(1);
     const KZDate day(5, 1, 2010);
-    const struct { int option; unsigned hour, minute; const char* text; } cases[] = {
-        {0, 15, 7, "Januar 5, 2010 3:07:09 pm"}, {0, 0, 30, "Januar 5, 2010 0:30:09 am"},
-        {0, 12, 0, "Januar 5, 2010 12:00:09 pm"}, {7, 15, 7, " 3:07:09 pm"}};
+    const struct {
+        int option;
+        unsigned hour, minute;
+        const char* text;
+    } cases[] = {{0, 15, 7, "Januar 5, 2010 3:07:09 pm"},
+                 {0, 0, 30, "Januar 5, 2010 0:30:09 am"},
+                 {0, 12, 0, "Januar 5, 2010 12:00:09 pm"},
+                 {7, 15, 7, " 3:07:09 pm"}};
     for (const auto& c : cases) {
         KZDate::PrintOption = c.option;
         EXPECT_EQ(KZTime(day, c.hour, c.minute, 9).asString(), c.text);

@@ -30,8 +30,8 @@ WorkdayCalendar calendarOf(BundesLand land, const char* region = "", bool classi
 
 std::string describe(const WorkdayCalendar& c)
 {
-    return "land " + std::to_string(c.land) + " region '" + c.region + "' " + (c.classic ? "classic" : "law") +
-           " week " + std::to_string(c.daysPerWeek) + (c.christmasAndNewYearsEveOff ? " eves off" : "");
+    return "land " + std::to_string(c.land) + " region '" + c.region + "' " + (c.classic ? "classic" : "law") + " week "
+           + std::to_string(c.daysPerWeek) + (c.christmasAndNewYearsEveOff ? " eves off" : "");
 }
 
 KZDate referenceAdvance(const KZDate& date, long n, const WorkdayCalendar& c)
@@ -62,17 +62,17 @@ TEST(WorkdaysCount, KnownYears)
 {
     const KZDate jan1(1, 1, 2024), dec31(31, 12, 2024);
     EXPECT_EQ(countOf(jan1, dec31, calendarOf(BY)), 251);
-    EXPECT_EQ(countOf(jan1, dec31, calendarOf(BE)), 252);        // Frauentag, a Friday
+    EXPECT_EQ(countOf(jan1, dec31, calendarOf(BE)), 252); // Frauentag, a Friday
     EXPECT_EQ(countOf(jan1, dec31, calendarOf(Alle)), 253);
     EXPECT_EQ(countOf(jan1, dec31, calendarOf(Alle, "", false, 6)), 305);
     EXPECT_EQ(countOf(jan1, dec31, calendarOf(BY, "", false, 5, true)), 249);
-    EXPECT_EQ(countOf(jan1, dec31, calendarOf(BY, "A")), 249);    // 8 and 15 August, both Thursdays
-    EXPECT_EQ(countOf(KZDate(1, 5, 2008), KZDate(31, 5, 2008), calendarOf(Alle)), 20);  // 1 May counted once
+    EXPECT_EQ(countOf(jan1, dec31, calendarOf(BY, "A")), 249); // 8 and 15 August, both Thursdays
+    EXPECT_EQ(countOf(KZDate(1, 5, 2008), KZDate(31, 5, 2008), calendarOf(Alle)), 20); // 1 May counted once
     EXPECT_EQ(countOf(KZDate(1, 5, 2008), KZDate(31, 5, 2008), calendarOf(BY)), 19);
     EXPECT_EQ(countOf(KZDate(31, 10, 2017), KZDate(31, 10, 2017), calendarOf(Alle)), 0);
-    EXPECT_EQ(countOf(KZDate(30, 5, 2024), KZDate(30, 5, 2024), calendarOf(ST, "", true)), 0);  // classic table
+    EXPECT_EQ(countOf(KZDate(30, 5, 2024), KZDate(30, 5, 2024), calendarOf(ST, "", true)), 0); // classic table
     EXPECT_EQ(countOf(KZDate(30, 5, 2024), KZDate(30, 5, 2024), calendarOf(ST)), 1);
-    EXPECT_EQ(countOf(KZDate(2, 1, 2024), KZDate(1, 1, 2024), calendarOf(BY)), 0);            // reversed
+    EXPECT_EQ(countOf(KZDate(2, 1, 2024), KZDate(1, 1, 2024), calendarOf(BY)), 0); // reversed
 }
 
 TEST(WorkdaysCount, RefusesWhatItCannotAnswer)
@@ -147,8 +147,8 @@ TEST(WorkdaysAdvance, AgreesWithADayByDayWalk)
     std::mt19937 random(19900103);
     const BundesLand* states = Bundeslaender::getBundesLandConstants();
     for (int i = 0; i < 400; ++i) {
-        const WorkdayCalendar c = calendarOf(i % 17 == 16 ? Alle : states[i % 17 % 16], "", i % 3 == 0,
-                                             i % 2 == 0 ? 5 : 6, i % 5 == 0);
+        const WorkdayCalendar c =
+            calendarOf(i % 17 == 16 ? Alle : states[i % 17 % 16], "", i % 3 == 0, i % 2 == 0 ? 5 : 6, i % 5 == 0);
         const KZDate date = KZDate(1, 1, 1992) + static_cast<int>(random() % 30000);
         const long n = static_cast<long>(random() % 601) - 300;
         KZDate result(0u, 0u, 0u);
@@ -171,7 +171,7 @@ TEST(WorkdaysAdvance, IsConsistentWithCountOverLongDistances)
         EXPECT_TRUE(working);
         ASSERT_EQ(KZWorkdays::advance(forward, -n, c, back), KZWorkdays::Ok);
         EXPECT_EQ(countOf(back, forward - 1, c), n);
-        EXPECT_LE(back.Hash(), start.Hash());  // start itself may be free
+        EXPECT_LE(back.Hash(), start.Hash()); // start itself may be free
     }
 }
 
@@ -181,9 +181,9 @@ TEST(WorkdaysAdvance, ZeroStaysOnAWorkdayOrMovesToTheNext)
     KZDate result(0u, 0u, 0u);
     ASSERT_EQ(KZWorkdays::advance(KZDate(2, 1, 2024), 0, c, result), KZWorkdays::Ok);
     EXPECT_EQ(result.Hash(), KZDate(2, 1, 2024).Hash());
-    ASSERT_EQ(KZWorkdays::advance(KZDate(24, 12, 2022), 0, c, result), KZWorkdays::Ok);  // Sat, Sun, 25, 26
+    ASSERT_EQ(KZWorkdays::advance(KZDate(24, 12, 2022), 0, c, result), KZWorkdays::Ok); // Sat, Sun, 25, 26
     EXPECT_EQ(result.Hash(), KZDate(27, 12, 2022).Hash());
-    ASSERT_EQ(KZWorkdays::advance(KZDate(29, 3, 2024), 1, c, result), KZWorkdays::Ok);   // Good Friday .. Easter Monday
+    ASSERT_EQ(KZWorkdays::advance(KZDate(29, 3, 2024), 1, c, result), KZWorkdays::Ok); // Good Friday .. Easter Monday
     EXPECT_EQ(result.Hash(), KZDate(2, 4, 2024).Hash());
     ASSERT_EQ(KZWorkdays::advance(KZDate(2, 4, 2024), -1, c, result), KZWorkdays::Ok);
     EXPECT_EQ(result.Hash(), KZDate(28, 3, 2024).Hash());
@@ -200,7 +200,7 @@ TEST(WorkdaysAdvance, RefusesResultsOutsideTheRange)
         {KZDate(3, 1, 1990), -5, calendarOf(BY), KZWorkdays::BeforeFirstYear},
         {KZDate(3, 1, 1990), -5, calendarOf(BY, "", true), KZWorkdays::Ok},
         {KZDate(30, 12, 4099), 5, calendarOf(BY), KZWorkdays::OutOfRange},
-        {KZDate(31, 12, 4099), 0, calendarOf(BY), KZWorkdays::Ok},   // a Thursday
+        {KZDate(31, 12, 4099), 0, calendarOf(BY), KZWorkdays::Ok}, // a Thursday
         {KZDate(3, 1, 1583), -5, calendarOf(BY, "", true), KZWorkdays::OutOfRange},
         {KZDate(1, 1, 2024), LONG_MAX, calendarOf(BY), KZWorkdays::OutOfRange},
         {KZDate(1, 1, 2024), LONG_MIN, calendarOf(BY), KZWorkdays::BeforeFirstYear},

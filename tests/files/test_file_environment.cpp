@@ -18,7 +18,11 @@ using kzbs_test::TempFolder;
 struct Symbols : ::testing::Test {
     void SetUp() override { env() = KZFileEnvironment(); }
     static KZFileEnvironment& env() { return KZFileName::getGlobalFileEnvironment(); }
-    static bool read(const std::string& text) { std::istringstream in(text); return env().readSymbolsFromFile(in); }
+    static bool read(const std::string& text)
+    {
+        std::istringstream in(text);
+        return env().readSymbolsFromFile(in);
+    }
 };
 using Paths = Symbols;
 using FileSystem = Symbols;
@@ -26,9 +30,14 @@ using FileSystem = Symbols;
 TEST_F(Symbols, Expansion)
 {
     read("ROOT=C:\\Prog DATA=<ROOT>/Data A=1 B=2 lower=l =empty");
-    const std::pair<const char*, const char*> cases[] = {
-        {"<DATA>/x.dat", "C:\\Prog/Data/x.dat"}, {"<NOPE>/x", "/x"}, {"a<b", "a<b"}, {"<A><B>", "12"},
-        {"<A>>", "1>"}, {"<<A>>", ">"}, {"<>", "empty"}, {"<LOWER><lower>", "l"}};
+    const std::pair<const char*, const char*> cases[] = {{"<DATA>/x.dat", "C:\\Prog/Data/x.dat"},
+                                                         {"<NOPE>/x", "/x"},
+                                                         {"a<b", "a<b"},
+                                                         {"<A><B>", "12"},
+                                                         {"<A>>", "1>"},
+                                                         {"<<A>>", ">"},
+                                                         {"<>", "empty"},
+                                                         {"<LOWER><lower>", "l"}};
     for (const auto& c : cases)
         EXPECT_EQ(env().expandString(c.first), c.second) << c.first;
     EXPECT_EQ(KZFileName("<DATA>/x.dat").compose(), "C:/Prog/Data/x.dat") << "names expand before parsing";
@@ -63,8 +72,9 @@ TEST_F(Symbols, SymbolFileTokens)
     EXPECT_EQ(env().getBaseDir().compose(), "C:/Prog/");
     EXPECT_EQ(env().getSymbol("SYS_BASEDIR"), "C:\\Prog") << "stored as written";
     EXPECT_EQ(env().expandString("<DATA>/x"), "C:\\ProgData2/x") << "pasted as text, later wins";
-    EXPECT_EQ(env().getSymbol("PLAIN") + '|' + env().getSymbol("") + '|' + env().getSymbol("N") + '|' +
-                  env().getSymbol("K"), "PLAIN|x||a=b");
+    EXPECT_EQ(
+        env().getSymbol("PLAIN") + '|' + env().getSymbol("") + '|' + env().getSymbol("N") + '|' + env().getSymbol("K"),
+        "PLAIN|x||a=b");
     read("OTHER=1");
     EXPECT_EQ(env().getSymbols().size(), 7u) << "entries not in the file stay";
 }
@@ -110,11 +120,16 @@ TEST_F(Paths, RelativeAndAbsoluteAgainstTheBaseDirectory)
     EXPECT_EQ(noBase.compose(), "sub/f.txt");
     env().setBaseDir("C:\\Prog\\Data");
     // A name, its relative form (null: none) and the absolute form of that again.
-    const struct { const char *name, *rel, *abs; } cases[] = {
-        {"C:/Prog/Out/x.txt", "../Out/x.txt", "C:/Prog/Out/x.txt"}, {"C:/x.txt", "../../x.txt", "C:/x.txt"},
-        {"c:\\prog\\DATA\\sub\\f.txt", "sub/f.txt", "C:/Prog/Data/sub/f.txt"}, {"C:/Prog/Data/", "", "C:/Prog/Data/"},
-        {"C:/Prog/DataOld/x", "../DataOld/x", "C:/Prog/DataOld/x"}, {"../x", "../x", "C:/Prog/x"},
-        {"D:/Prog/Data/x", nullptr, "D:/Prog/Data/x"}, {"/Prog/Data/x", nullptr, "/Prog/Data/x"}};
+    const struct {
+        const char *name, *rel, *abs;
+    } cases[] = {{"C:/Prog/Out/x.txt", "../Out/x.txt", "C:/Prog/Out/x.txt"},
+                 {"C:/x.txt", "../../x.txt", "C:/x.txt"},
+                 {"c:\\prog\\DATA\\sub\\f.txt", "sub/f.txt", "C:/Prog/Data/sub/f.txt"},
+                 {"C:/Prog/Data/", "", "C:/Prog/Data/"},
+                 {"C:/Prog/DataOld/x", "../DataOld/x", "C:/Prog/DataOld/x"},
+                 {"../x", "../x", "C:/Prog/x"},
+                 {"D:/Prog/Data/x", nullptr, "D:/Prog/Data/x"},
+                 {"/Prog/Data/x", nullptr, "/Prog/Data/x"}};
     for (const auto& c : cases) {
         KZFileName n(c.name);
         EXPECT_EQ(n.makeRelPath(), c.rel != nullptr) << c.name;
@@ -130,9 +145,12 @@ TEST_F(Paths, MakeAbsPathAsksTheFileSystem)
     const TempFolder tmp;
     std::filesystem::create_directory(kzbs_test::fsPath(tmp / "M\xC3\xBCll"));
     const std::string root = std::filesystem::canonical(kzbs_test::fsPath(tmp.path)).generic_u8string();
-    struct Case { std::string name, resolved; bool absolute; };
-    std::vector<Case> cases = {
-        {root + "/M\xFCll/../M\xFCll/./", root + "/M\xFCll", true}, {"no/such/file", "no/such/file", false}};
+    struct Case {
+        std::string name, resolved;
+        bool absolute;
+    };
+    std::vector<Case> cases = {{root + "/M\xFCll/../M\xFCll/./", root + "/M\xFCll", true},
+                               {"no/such/file", "no/such/file", false}};
 #ifndef _WIN32 // symbolic links are POSIX's
     std::filesystem::create_directory_symlink(tmp / "M\xC3\xBCll", tmp / "link");
     cases.push_back({root + "/link/.", root + "/M\xFCll", true});
@@ -146,9 +164,15 @@ TEST_F(Paths, MakeAbsPathAsksTheFileSystem)
 
 TEST_F(Paths, AddAppendsRelativeNamesBelowADirectory)
 {
-    const struct { const char *base, *added; bool ok; const char* result; } cases[] = {
-        {"C:/a/", "sub/f.txt", true, "C:/a/sub/f.txt"}, {"C:/a/b/", "../g", true, "C:/a/g"},
-        {"C:/a/f", "g", false, "C:/a/f"}, {"C:/a/", "/x", false, "C:/a/"}, {"C:/a/", "C:x", false, "C:/a/"}};
+    const struct {
+        const char *base, *added;
+        bool ok;
+        const char* result;
+    } cases[] = {{"C:/a/", "sub/f.txt", true, "C:/a/sub/f.txt"},
+                 {"C:/a/b/", "../g", true, "C:/a/g"},
+                 {"C:/a/f", "g", false, "C:/a/f"},
+                 {"C:/a/", "/x", false, "C:/a/"},
+                 {"C:/a/", "C:x", false, "C:/a/"}};
     for (const auto& c : cases) {
         KZFileName n(c.base);
         EXPECT_EQ(n.add(KZFileName(c.added)), c.ok) << c.base << ' ' << c.added;
@@ -159,10 +183,11 @@ TEST_F(Paths, AddAppendsRelativeNamesBelowADirectory)
 TEST_F(Paths, ParameterisedForm)
 {
     read("ROOT=C:/Prog DATA=<ROOT>/Data EMPTY= REL=C:/Prog/Rel");
-    const struct { const char *name, *symbol, *result; } cases[] = {
-        {"c:\\prog\\data\\x.dat", "DATA", "<DATA>/x.dat"}, {"C:/Prog/Data/", "DATA", "<DATA>/"},
-        {"C:/Prog/DataOld/x", "DATA", "C:/Prog/DataOld/x"}, {"C:/Prog/Data/x", "NOPE", "C:/Prog/Data/x"},
-        {"C:/Prog/Data/x", "EMPTY", "C:/Prog/Data/x"}, {"C:/Prog/Data/x", "data", "C:/Prog/Data/x"}};
+    const struct {
+        const char *name, *symbol, *result;
+    } cases[] = {{"c:\\prog\\data\\x.dat", "DATA", "<DATA>/x.dat"},  {"C:/Prog/Data/", "DATA", "<DATA>/"},
+                 {"C:/Prog/DataOld/x", "DATA", "C:/Prog/DataOld/x"}, {"C:/Prog/Data/x", "NOPE", "C:/Prog/Data/x"},
+                 {"C:/Prog/Data/x", "EMPTY", "C:/Prog/Data/x"},      {"C:/Prog/Data/x", "data", "C:/Prog/Data/x"}};
     for (const auto& c : cases)
         EXPECT_EQ(KZFileName(c.name).asParmeterisedString(c.symbol), c.result) << c.name << ' ' << c.symbol;
     env().setBaseDir("C:/Prog");
@@ -172,7 +197,7 @@ TEST_F(Paths, ParameterisedForm)
 TEST_F(FileSystem, ExistsIsWritableAndModificationTime)
 {
     const TempFolder tmp;
-    for (const char* name : {"plain.txt", "readonly.txt", "M\xC3\xBCller.txt"})  // the umlaut in UTF-8 on disk
+    for (const char* name : {"plain.txt", "readonly.txt", "M\xC3\xBCller.txt"}) // the umlaut in UTF-8 on disk
         kzbs_test::writeFile(tmp / name, "x");
     kzbs_test::writeFile(tmp / "readonly.txt", "x", 0444);
     std::filesystem::create_directory(tmp / "folder");
@@ -181,11 +206,13 @@ TEST_F(FileSystem, ExistsIsWritableAndModificationTime)
 #else
     const bool superUser = ::geteuid() == 0; // root writes anyway
 #endif
-    const struct { const char* name; bool exists, writable; } cases[] = {
-        {"plain.txt", true, true}, {"readonly.txt", true, superUser},
-        {"M\xFCller.txt", true, true}, {"M\xC3\xBCller.txt", false, false},    // Windows-1252 names only
-        {"missing.txt", false, false}, {".txt", true, false},                  // no base name: the folder
-        {"folder/", true, false}, {"missing/", false, false}};
+    const struct {
+        const char* name;
+        bool exists, writable;
+    } cases[] = {{"plain.txt", true, true},     {"readonly.txt", true, superUser},
+                 {"M\xFCller.txt", true, true}, {"M\xC3\xBCller.txt", false, false}, // Windows-1252 names only
+                 {"missing.txt", false, false}, {".txt", true, false},               // no base name: the folder
+                 {"folder/", true, false},      {"missing/", false, false}};
     for (const auto& c : cases) {
         const KZFileName n(tmp / c.name);
         EXPECT_EQ(n.exists(), c.exists) << c.name;

@@ -10,7 +10,9 @@ namespace {
 using Bytes = std::string;
 const std::string kOld = "old"; // a target that must stay unchanged
 const std::string kWrongType = "Falscher Dateityp.";
-const std::string kDamaged = "Zerst\xF6" "rte Datei.";
+const std::string kDamaged =
+    "Zerst\xF6"
+    "rte Datei.";
 const std::string kAbc("ABC\0\xCD\0\x64\0\x01", 9); // "ABC", versions 205 and 100, flag 1
 
 std::string stored(const std::string& s)
@@ -44,9 +46,15 @@ TEST(StoredString, BothReadersRoundTripAnyBytes)
 
 TEST(StoredString, ReadStringOnDamagedStreams)
 {
-    const struct { const char* what; Bytes input; bool ok; std::string result; } cases[] = {
+    const struct {
+        const char* what;
+        Bytes input;
+        bool ok;
+        std::string result;
+    } cases[] = {
         {"last byte dropped whatever it is", Bytes("\3\0\0\0abc", 7), true, "ab"},
-        {"zero length", Bytes("\0\0\0\0", 4), false, kOld}, {"negative length", "\xFF\xFF\xFF\xFF", false, kOld},
+        {"zero length", Bytes("\0\0\0\0", 4), false, kOld},
+        {"negative length", "\xFF\xFF\xFF\xFF", false, kOld},
         {"length cut short", Bytes("\5\0", 2), false, kOld},
         {"data cut short is padded", Bytes("\5\0\0\0ab", 6), false, Bytes("ab\0\0", 4)},
         {"3 MiB declared, 3 bytes there", Bytes("\1\0\x30\0xyz", 7), false, "xyz" + Bytes(0x300000 - 3, '\0')}};
@@ -60,12 +68,17 @@ TEST(StoredString, ReadStringOnDamagedStreams)
 
 TEST(StoredString, ReadStringFromStreamTakesAtMostMaxLen)
 {
-    const struct { const char* what; Bytes input; unsigned maxLen; int result; std::string s, left; } cases[] = {
-        {"longer than maxLen", Bytes("\6\0\0\0hello\0!", 11), 3, 6, "he", Bytes("lo\0!", 4)},
-        {"data cut short", Bytes("\x09\0\0\0ab", 6), 5, 9, Bytes("ab\0\0", 4), ""},
-        {"maxLen 0 still eats the length", Bytes("\3\0\0\0ab\0", 7), 0, 0, kOld, Bytes("ab\0", 3)},
-        {"length cut short", Bytes("\3\0", 2), 10, 0, kOld, ""},
-        {"size beyond the int range", Bytes("\0\0\0\x80z", 5), 0x80000000u, 0, kOld, "z"}};
+    const struct {
+        const char* what;
+        Bytes input;
+        unsigned maxLen;
+        int result;
+        std::string s, left;
+    } cases[] = {{"longer than maxLen", Bytes("\6\0\0\0hello\0!", 11), 3, 6, "he", Bytes("lo\0!", 4)},
+                 {"data cut short", Bytes("\x09\0\0\0ab", 6), 5, 9, Bytes("ab\0\0", 4), ""},
+                 {"maxLen 0 still eats the length", Bytes("\3\0\0\0ab\0", 7), 0, 0, kOld, Bytes("ab\0", 3)},
+                 {"length cut short", Bytes("\3\0", 2), 10, 0, kOld, ""},
+                 {"size beyond the int range", Bytes("\0\0\0\x80z", 5), 0x80000000u, 0, kOld, "z"}};
     for (const auto& c : cases) {
         std::istringstream in(c.input);
         std::string s = kOld;
@@ -82,8 +95,10 @@ TEST(VersionWord, FormatsAndParsesMajorAndTwoDigitMinor)
         EXPECT_EQ(wordToVersionString(static_cast<unsigned short>(w.first)), w.second) << w.first;
     // The minor part is taken as written, atoi-style, and the sum wraps at 16 bits.
     const std::pair<const char*, unsigned short> cases[] = {
-        {"2.5", 205}, {"1.123", 223}, {"3", 300}, {"abc", 0}, {"4.x", 400}, {".7", 7}, {"-1", 65436},
-        {"700", 4464}, {"99999999999999999999.1", 65437}, {"4.07", 407}};
+        {"2.5", 205},  {"1.123", 223}, {"3", 300},
+        {"abc", 0},    {"4.x", 400},   {".7", 7},
+        {"-1", 65436}, {"700", 4464},  {"99999999999999999999.1", 65437},
+        {"4.07", 407}};
     for (const auto& c : cases)
         EXPECT_EQ(versionStringToWord(c.first), c.second) << '"' << c.first << '"';
 }
@@ -91,9 +106,18 @@ TEST(VersionWord, FormatsAndParsesMajorAndTwoDigitMinor)
 struct Header : KZFileHeader {
     std::string type;
     explicit Header(std::string t, unsigned short v1 = 0, unsigned short v2 = 0, unsigned char flag = 0)
-        : type(std::move(t)) { m_version1 = v1; m_version2 = v2; m_flag = flag; }
+        : type(std::move(t))
+    {
+        m_version1 = v1;
+        m_version2 = v2;
+        m_flag = flag;
+    }
     std::string getFileType() const override { return type; }
-    bool readFrom(const std::string& bytes) { std::istringstream in(bytes); return read(in); }
+    bool readFrom(const std::string& bytes)
+    {
+        std::istringstream in(bytes);
+        return read(in);
+    }
 };
 
 TEST(FileHeader, WritesIdentifierNulWordsAndFlagAndReadsThemBack)
@@ -116,11 +140,18 @@ TEST(FileHeader, WritesIdentifierNulWordsAndFlagAndReadsThemBack)
 TEST(FileHeader, WrongTypeReplacesTheMessageDamagedFileAppendsIt)
 {
     const std::string longType(128, 'T'); // one more than the identifier buffer holds
-    const struct { std::string type; Bytes bytes; bool wrongType; unsigned short version2; } cases[] = {
-        {"ABD", kAbc, true, 0}, {"ABD", "", true, 0}, {"ABD", Bytes("AB\0\1\0\1\0\1", 8), true, 0},
-        {longType, longType + '\0' + "12345", true, 0}, {"ABC", kAbc.substr(0, 5), false, 0},
-        {"ABC", kAbc.substr(0, 8), false, 100},  // complete fields are read before the stream ends
-        {"ABC", "ABC", false, 0}};
+    const struct {
+        std::string type;
+        Bytes bytes;
+        bool wrongType;
+        unsigned short version2;
+    } cases[] = {{"ABD", kAbc, true, 0},
+                 {"ABD", "", true, 0},
+                 {"ABD", Bytes("AB\0\1\0\1\0\1", 8), true, 0},
+                 {longType, longType + '\0' + "12345", true, 0},
+                 {"ABC", kAbc.substr(0, 5), false, 0},
+                 {"ABC", kAbc.substr(0, 8), false, 100}, // complete fields are read before the stream ends
+                 {"ABC", "ABC", false, 0}};
     for (const auto& c : cases) {
         Header h(c.type);
         h.setWrongVersionErrorMsg("Vorher. ", 1, 2);

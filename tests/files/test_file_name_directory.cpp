@@ -46,7 +46,7 @@ TEST(FileNameDirectory, LongDirectoriesAreCleanedAsThePlainRulesSay)
                 const std::size_t piece = rng() % 4 == 0 ? rng() % 10 : (rng() % 2 ? 1 : 2 + rng() % 2);
                 text += kPieces[piece];
             }
-            text += rng() % 2 ? "/f.txt" : "\\g";   // a name, so no "." or ".." joins the directory
+            text += rng() % 2 ? "/f.txt" : "\\g"; // a name, so no "." or ".." joins the directory
             const KZFileName name(text);
             ASSERT_EQ(name.getDir(), plainDirectory(text)) << "'" << text << "' with separator " << separator;
         }

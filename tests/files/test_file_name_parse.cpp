@@ -25,33 +25,52 @@ struct FileNameParse : ::testing::Test {
 
 TEST_F(FileNameParse, WindowsNames)
 {
-    expectParts({{"C:\\Prog\\data\\x.dat", "|C:|/Prog/data/|x|dat"}, {"C:f.txt", "|C:||f|txt"}, {"C:", "|C:|||"},
+    expectParts({{"C:\\Prog\\data\\x.dat", "|C:|/Prog/data/|x|dat"},
+                 {"C:f.txt", "|C:||f|txt"},
+                 {"C:", "|C:|||"},
                  {"D:dir\\\\\\f", "|D:|dir/|f|"}});
 }
 
 TEST_F(FileNameParse, UncNames)
 {
-    expectParts({{"\\\\server\\share\\f.txt", "\\\\server\\||share/|f|txt"}, {"\\\\server", "\\\\server||||"},
-                 {"\\\\srv/share", "\\\\srv/|||share|"}, {"\\dir\\f", "\\dir\\|||f|"}, {"\\", "\\||||"}});
+    expectParts({{"\\\\server\\share\\f.txt", "\\\\server\\||share/|f|txt"},
+                 {"\\\\server", "\\\\server||||"},
+                 {"\\\\srv/share", "\\\\srv/|||share|"},
+                 {"\\dir\\f", "\\dir\\|||f|"},
+                 {"\\", "\\||||"}});
 }
 
 TEST_F(FileNameParse, UnixNames)
 {
-    expectParts({{"/usr/lib/", "||/usr/lib/||"}, {"/usr/lib/libc.so.6", "||/usr/lib/|libc.so|6"},
-                 {"//net/x", "||/net/|x|"}, {"/a/b/../../..", "||/..||"}, {"/../a", "||/../|a|"}});
+    expectParts({{"/usr/lib/", "||/usr/lib/||"},
+                 {"/usr/lib/libc.so.6", "||/usr/lib/|libc.so|6"},
+                 {"//net/x", "||/net/|x|"},
+                 {"/a/b/../../..", "||/..||"},
+                 {"/../a", "||/../|a|"}});
 }
 
 TEST_F(FileNameParse, RelativeNames)
 {
-    expectParts({{"dir//sub\\\\f", "||dir/sub/|f|"}, {"b/../c/f", "||c/|f|"}, {"a/../../b/f", "||../b/|f|"},
-                 {"./../a/f", "||a/|f|"}, {"..", "||..||"}, {"a/..", "||a/..||"}, {"a/.", "||a/.||"},
-                 {"archive.tar.gz", "|||archive.tar|gz"}, {"name.", "|||name|"}, {".profile", "||||profile"}});
+    expectParts({{"dir//sub\\\\f", "||dir/sub/|f|"},
+                 {"b/../c/f", "||c/|f|"},
+                 {"a/../../b/f", "||../b/|f|"},
+                 {"./../a/f", "||a/|f|"},
+                 {"..", "||..||"},
+                 {"a/..", "||a/..||"},
+                 {"a/.", "||a/.||"},
+                 {"archive.tar.gz", "|||archive.tar|gz"},
+                 {"name.", "|||name|"},
+                 {".profile", "||||profile"}});
 }
 
 TEST_F(FileNameParse, OddNamesAreNeitherTrimmedNorRejected)
 {
-    expectParts({{"", "||||"}, {" C:\\x", "| C:|/|x|"}, {"\"a/b.txt\"", "||\"a/|b|txt\""},
-                 {"http://host/p", "|http:|/host/|p|"}, {"a:b:c", "|a:||b:c|"}, {"x/..y/z", "||y/|z|"},
+    expectParts({{"", "||||"},
+                 {" C:\\x", "| C:|/|x|"},
+                 {"\"a/b.txt\"", "||\"a/|b|txt\""},
+                 {"http://host/p", "|http:|/host/|p|"},
+                 {"a:b:c", "|a:||b:c|"},
+                 {"x/..y/z", "||y/|z|"},
                  {"M\xFCll/\xC4rger.t\xE4t", "||M\xFCll/|\xC4rger|t\xE4t"}});
 }
 
@@ -69,27 +88,34 @@ TEST_F(FileNameParse, ParseAndSettersKeepThePartsTheyDoNotFind)
 
 TEST_F(FileNameParse, Queries)
 {
-    const struct { const char* input; bool unc, drive, abs, driveRel, valid; } cases[] = {
-        {"", false, false, false, false, true}, {"C:f.txt", false, true, true, false, true},
-        {"C:dir\\f", false, true, true, true, true}, {"\\\\s\\x", true, false, true, false, true},
-        {".profile", false, false, false, false, false}, {"/usr/", false, false, true, false, true}};
+    const struct {
+        const char* input;
+        bool unc, drive, abs, driveRel, valid;
+    } cases[] = {{"", false, false, false, false, true},          {"C:f.txt", false, true, true, false, true},
+                 {"C:dir\\f", false, true, true, true, true},     {"\\\\s\\x", true, false, true, false, true},
+                 {".profile", false, false, false, false, false}, {"/usr/", false, false, true, false, true}};
     for (const auto& c : cases) {
         const KZFileName n(c.input);
         EXPECT_EQ(std::make_tuple(n.isUNCPath(), n.isDrivePath(), n.isAbsPath(), n.isDriveRelPath(), n.isValid()),
-                  std::make_tuple(c.unc, c.drive, c.abs, c.driveRel, c.valid)) << c.input;
+                  std::make_tuple(c.unc, c.drive, c.abs, c.driveRel, c.valid))
+            << c.input;
     }
 }
 
 TEST_F(FileNameParse, ComposedFormsAreFixedPointsOfParsing)
 {
-    const struct { const char *input, *composed, *normalized, *windows; } cases[] = {
+    const struct {
+        const char *input, *composed, *normalized, *windows;
+    } cases[] = {
         {"C:\\Prog\\x.dat", "C:/Prog/x.dat", "C:/Prog/x.dat", "C:\\Prog\\x.dat"},
         {"\\\\server\\share\\f.txt", "\\\\server\\share/f.txt", "//server/share/f.txt", "\\\\server\\share\\f.txt"},
-        {"\\\\srv/a\\b", "\\\\srv/a/b", "//srv/a/b", "\\\\srv/a\\b"}, {"..", "../", "../", "..\\"}};
+        {"\\\\srv/a\\b", "\\\\srv/a/b", "//srv/a/b", "\\\\srv/a\\b"},
+        {"..", "../", "../", "..\\"}};
     for (const auto& c : cases) {
         const KZFileName n(c.input);
         EXPECT_EQ(n.compose() + ' ' + n.normalizedString() + ' ' + n.asString('\\'),
-                  std::string(c.composed) + ' ' + c.normalized + ' ' + c.windows) << c.input;
+                  std::string(c.composed) + ' ' + c.normalized + ' ' + c.windows)
+            << c.input;
         EXPECT_EQ(KZFileName(c.composed).compose(), c.composed) << c.input;
     }
     EXPECT_EQ(KZFileName::sm_dirSeparatorChar, '/') << "asString restores the separator";

@@ -13,8 +13,8 @@ namespace {
 std::string plist(const char* identifier)
 {
     return std::string("<plist><dict><key>CFBundleName</key><string>x</string>")
-         + (identifier ? std::string("<key>CFBundleIdentifier</key><string>") + identifier + "</string>" : "")
-         + "</dict></plist>";
+           + (identifier ? std::string("<key>CFBundleIdentifier</key><string>") + identifier + "</string>" : "")
+           + "</dict></plist>";
 }
 
 // Makes `folder`/Contents/MacOS, with an Info.plist naming `identifier`
@@ -51,7 +51,9 @@ TEST(BundleId, InfoPlistThenDesktopFileNameThenUnknown)
     makeBundle(dir / "Anonym.app", nullptr);
     makeBundle(dir / "NoList.app", nullptr, false);
     ::mkdir((dir / "plain").c_str(), 0755);
-    struct Case { std::string folder, desktopName, ids; };
+    struct Case {
+        std::string folder, desktopName, ids;
+    };
     const Case cases[] = {
         {dir / "Planer.app/Contents/MacOS", "planer-desktop", "de.kz.planer|de.kz.planer"},
         {dir / "Anonym.app/Contents/MacOS", "planer-desktop", "planer-desktop|planer-desktop"},
@@ -67,7 +69,11 @@ TEST(BundleId, InfoPlistThenDesktopFileNameThenUnknown)
 // outer identifier when both share the prefix up to the outer one's last ".".
 TEST(MainBundleId, NestedHelperTakesTheOuterIdentifierOfTheSameMaker)
 {
-    struct Case { const char* outer; const char* inner; std::string ids; };
+    struct Case {
+        const char* outer;
+        const char* inner;
+        std::string ids;
+    };
     const Case cases[] = {
         {"de.kz.planer", "de.kz.helper", "de.kz.helper|de.kz.planer"},
         {"com.other.app", "de.kz.helper", "de.kz.helper|de.kz.helper"},

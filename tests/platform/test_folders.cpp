@@ -15,18 +15,33 @@ using Strings = std::vector<std::string>;
 TEST(DirectoryEntries, WildcardsBecomeRegularExpressions)
 {
     TempFolder dir;
-    for (const char* name : {"a.txt", "ab.txt", "aa.txt", "aztxt", "noext", "x$y", "B.TXT", ".hidden.txt", "x{y}", "a]"})
+    for (const char* name :
+         {"a.txt", "ab.txt", "aa.txt", "aztxt", "noext", "x$y", "B.TXT", ".hidden.txt", "x{y}", "a]"})
         writeFile(dir / name, "");
     ::mkdir((dir / "sub.d").c_str(), 0755);
-    struct Case { const char* pattern; Strings names; };
+    struct Case {
+        const char* pattern;
+        Strings names;
+    };
     const Case cases[] = {
         {"*.*", {"B.TXT", "a.txt", "a]", "aa.txt", "ab.txt", "aztxt", "noext", "sub.d", "x$y", "x{y}"}},
-        {"*.txt", {"a.txt", "aa.txt", "ab.txt"}}, {"*.TXT", {"B.TXT"}},
+        {"*.txt", {"a.txt", "aa.txt", "ab.txt"}},
+        {"*.TXT", {"B.TXT"}},
         {"ab?.txt", {"a.txt", "ab.txt"}}, // "?" makes the character before it optional
-        {"a+.txt", {"a.txt", "aa.txt"}}, {"x$y", {"x$y"}}, {"*.d", {"sub.d"}}, {"a(.txt", {}},
-        {"a{2}.txt", {"aa.txt"}}, {"a{,1}.txt", {"a.txt"}}, {"[]a].txt", {"a.txt"}},
+        {"a+.txt", {"a.txt", "aa.txt"}},
+        {"x$y", {"x$y"}},
+        {"*.d", {"sub.d"}},
+        {"a(.txt", {}},
+        {"a{2}.txt", {"aa.txt"}},
+        {"a{,1}.txt", {"a.txt"}},
+        {"[]a].txt", {"a.txt"}},
         // The grammar stays QRegExp's: what it refused matches nothing, though PCRE would take it.
-        {"a??.txt", {}}, {"*?.txt", {}}, {"x{y}", {}}, {"a]", {}}, {"(?i)b.txt", {}}, {"", {}},
+        {"a??.txt", {}},
+        {"*?.txt", {}},
+        {"x{y}", {}},
+        {"a]", {}},
+        {"(?i)b.txt", {}},
+        {"", {}},
     };
     for (const Case& c : cases) {
         Strings names = cpa::getDirectoryEntries(dir.path, c.pattern);
@@ -69,11 +84,15 @@ TEST(SplitPath, FolderNameAndExtension)
     writeFile(dir / "a/b.tar.gz", "");
     char canonical[PATH_MAX];
     ASSERT_TRUE(::realpath((dir / "a").c_str(), canonical));
-    struct Case { std::string path, parts; };
+    struct Case {
+        std::string path, parts;
+    };
     const Case cases[] = {
         {dir / "a/../a/b.tar.gz", "#|" + std::string(canonical) + "/|b.tar|.gz"}, // existing: resolved
-        {"missing/../y.txt", "#|missing/../|y|.txt"},                              // missing: as written
-        {"noext", "#|./|noext|#"}, {"dir.ext/", "#|dir.ext//||#"}, {"dir\\", "#|dir\\/||#"},
+        {"missing/../y.txt", "#|missing/../|y|.txt"},                             // missing: as written
+        {"noext", "#|./|noext|#"},
+        {"dir.ext/", "#|dir.ext//||#"},
+        {"dir\\", "#|dir\\/||#"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(split(c.path.c_str()), c.parts);
@@ -82,9 +101,14 @@ TEST(SplitPath, FolderNameAndExtension)
 
 TEST(SplitPath, SmallBuffersStayTerminated)
 {
-    struct Case { unsigned long dirSize, fnameSize, extSize; std::string dir, file; };
-    const Case cases[] = {{11, 6, 5, "abcdefgh//", "b.tar|.gz"}, {10, 5, 3, "abcdefgh/", "b.ta|.g"},
-                          {2, 1, 2, "/", "|."}, {0, 0, 0, "#", "#|#"}};
+    struct Case {
+        unsigned long dirSize, fnameSize, extSize;
+        std::string dir, file;
+    };
+    const Case cases[] = {{11, 6, 5, "abcdefgh//", "b.tar|.gz"},
+                          {10, 5, 3, "abcdefgh/", "b.ta|.g"},
+                          {2, 1, 2, "/", "|."},
+                          {0, 0, 0, "#", "#|#"}};
     for (const Case& c : cases) {
         EXPECT_EQ(split("abcdefgh/", c.dirSize), "#|" + c.dir + "||#") << c.dirSize;
         EXPECT_EQ(split("missing/b.tar.gz", 260, c.fnameSize, c.extSize), "#|missing/|" + c.file) << c.fnameSize;

@@ -23,10 +23,19 @@ TEST(IniFiles, WrittenValuesReadBack)
 #endif
     kzbs_test::TempFolder dir;
     const std::string file = dir / "app.ini";
-    struct Case { const char* section; const char* key; const char* value; };
+    struct Case {
+        const char* section;
+        const char* key;
+        const char* value;
+    };
     const Case cases[] = {
-        {"Main", "Name", "old"}, {"Main", "Name", "Planer"}, {"Main", "Empty", ""}, {"Main", "List", "a, b, c"},
-        {"Main", "Equals", "x=y;z"}, {"K\xF6ln", "Umlauts", "K\xF6ln \xDF"}, {"K\xF6ln", "Path", "C:\\Daten\\x.dat"},
+        {"Main", "Name", "old"},
+        {"Main", "Name", "Planer"},
+        {"Main", "Empty", ""},
+        {"Main", "List", "a, b, c"},
+        {"Main", "Equals", "x=y;z"},
+        {"K\xF6ln", "Umlauts", "K\xF6ln \xDF"},
+        {"K\xF6ln", "Path", "C:\\Daten\\x.dat"},
     };
     for (const Case& c : cases)
         cpa::writeIniString(c.section, c.key, c.value, file.c_str());
@@ -47,8 +56,9 @@ TEST(IniFiles, HandWrittenFileIsRead)
 {
     kzbs_test::TempFolder dir;
     const std::string file = dir / "hand.ini", missing = dir / "missing.ini";
-    kzbs_test::writeFile(file, "; planner\n[Database]\nhost = db.example\nport=5432\nname=\n\n"
-                               "[N]\nword=abc\ntitle=\"Planer, Version 2\"\nlist=a, b\n");
+    kzbs_test::writeFile(file,
+                         "; planner\n[Database]\nhost = db.example\nport=5432\nname=\n\n"
+                         "[N]\nword=abc\ntitle=\"Planer, Version 2\"\nlist=a, b\n");
     EXPECT_EQ(cpa::getIniString("Database", "host", "", file.c_str()), "db.example");
     EXPECT_EQ(cpa::getIniString("N", "title", "", file.c_str()), "Planer, Version 2");
     EXPECT_EQ(cpa::getIniString("N", "list", "-", file.c_str()), ""); // unquoted commas: a list

@@ -18,7 +18,10 @@ namespace cpa = CrossPlatformApi;
 
 namespace {
 
-std::string latin1(const QString& text) { return text.toLatin1().toStdString(); }
+std::string latin1(const QString& text)
+{
+    return text.toLatin1().toStdString();
+}
 
 class Gui : public testing::Test {
 protected:
@@ -64,16 +67,25 @@ protected:
 
 TEST_F(Gui, MessageBoxButtonSetsStylesAndResults)
 {
-    struct Case { int type; const char* click; const char* shown; };
+    struct Case {
+        int type;
+        const char* click;
+        const char* shown;
+    };
     const Case cases[] = {
-        {0x00, "OK", "OK*,plain=1"},        {0x01, "OK", "OK*,plain=1"}, // OK/Cancel is no recognised set
-        {0x40, "OK", "OK*,plain=1"},        {0x24, "Ja", "Ja*,Nein,critical=6"},
-        {0x04, "Nein", "Ja*,Nein,plain=7"}, {0x36, "Abbrechen", "Weiter,Abbrechen*,Wiederholen,critical=2"},
+        {0x00, "OK", "OK*,plain=1"},
+        {0x01, "OK", "OK*,plain=1"}, // OK/Cancel is no recognised set
+        {0x40, "OK", "OK*,plain=1"},
+        {0x24, "Ja", "Ja*,Nein,critical=6"},
+        {0x04, "Nein", "Ja*,Nein,plain=7"},
+        {0x36, "Abbrechen", "Weiter,Abbrechen*,Wiederholen,critical=2"},
         {0x36, "Wiederholen", "Weiter,Abbrechen*,Wiederholen,critical=10"},
         {0x06, "Weiter", "Weiter,Abbrechen*,Wiederholen,plain=11"},
         // Closed without a click: the escape button's answer.
-        {0x00, "Escape", "OK*,plain=1"},    {0x10, "close", "OK*,critical=1"},
-        {0x04, "Escape", "Ja*,Nein,plain=7"}, {0x24, "close", "Ja*,Nein,critical=7"},
+        {0x00, "Escape", "OK*,plain=1"},
+        {0x10, "close", "OK*,critical=1"},
+        {0x04, "Escape", "Ja*,Nein,plain=7"},
+        {0x24, "close", "Ja*,Nein,critical=7"},
         {0x06, "Escape", "Weiter,Abbrechen*,Wiederholen,plain=2"},
         {0x36, "close", "Weiter,Abbrechen*,Wiederholen,critical=2"},
     };
@@ -88,11 +100,15 @@ TEST_F(Gui, MessageBoxButtonSetsStylesAndResults)
 
 TEST_F(Gui, AssertionShowsExpressionAndPositionAndFollowsTheChoice)
 {
-    const std::string shown = "ASSERTION|ASSERTION in main.c, line 12.\nAusdruck:\nx > 0\nAbbrechen = Beenden\n"
-                              "Wiederholen = Debuggen\nWeiter = Weitermachen|Weiter,Abbrechen*,Wiederholen,critical";
-    struct Case { bool condition; const char* click; std::string result; };
+    const std::string shown =
+        "ASSERTION|ASSERTION in main.c, line 12.\nAusdruck:\nx > 0\nAbbrechen = Beenden\n"
+        "Wiederholen = Debuggen\nWeiter = Weitermachen|Weiter,Abbrechen*,Wiederholen,critical";
+    struct Case {
+        bool condition;
+        const char* click;
+        std::string result;
+    };
     for (const Case& c : {Case{false, "Weiter", shown + "=1"}, Case{false, "Wiederholen", shown + "=0"},
                           Case{true, "Weiter", "=1"}}) // a true condition shows nothing
         EXPECT_EQ(answer(c.click, [&] { return processAssertion(c.condition, "main.c", 12, "x > 0"); }), c.result);
 }
-

@@ -30,8 +30,11 @@ protected:
     {
         QDesktopServices::setUrlHandler(QStringLiteral("file"), &files, "open");
         const std::string out = dir / "out";
-        kzbs_test::writeFile(dir / "rec.sh", "#!/bin/sh\n{ for a; do printf '[%s]' \"$a\"; done; echo; basename \"$PWD\"; }"
-                                             " > '" + out + ".tmp' && mv '" + out + ".tmp' '" + out + "'\n", 0755);
+        kzbs_test::writeFile(dir / "rec.sh",
+                             "#!/bin/sh\n{ for a; do printf '[%s]' \"$a\"; done; echo; basename \"$PWD\"; }"
+                             " > '"
+                                 + out + ".tmp' && mv '" + out + ".tmp' '" + out + "'\n",
+                             0755);
     }
     void TearDown() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
 
@@ -57,11 +60,20 @@ TEST_F(Exec, SplitsTheArgumentLineKeepingItsRepetitions)
     std::string program = dir / "rec.sh", work = dir / "work";
     for (std::string* path : {&program, &work})
         std::replace(path->begin(), path->end(), '/', '\\');
-    struct Case { const char* line; const char* arguments; };
+    struct Case {
+        const char* line;
+        const char* arguments;
+    };
     const Case cases[] = {
-        {"a b", "[a][b]"},         {"a \"b c\"", "[a][b c]"},     {"\"x\" \"y\"", "[x][y]"},
-        {"\"x\" y", "[x][y][y]"},  {"\"x\" y z", "[x][y][z][z]"}, {"  a", "[a][a][a]"},
-        {"  ab", "[ab][ab]"},      {"\"", "[]"},                  {nullptr, ""},
+        {"a b", "[a][b]"},
+        {"a \"b c\"", "[a][b c]"},
+        {"\"x\" \"y\"", "[x][y]"},
+        {"\"x\" y", "[x][y][y]"},
+        {"\"x\" y z", "[x][y][z][z]"},
+        {"  a", "[a][a][a]"},
+        {"  ab", "[ab][ab]"},
+        {"\"", "[]"},
+        {nullptr, ""},
         {"'b c'", "['b][c']"},
         {"gr\xC3\xBC\xC3\x9F", "[gr\xC3\xBC\xC3\x9F]"},
     };
@@ -74,11 +86,20 @@ TEST_F(Exec, SplitsTheArgumentLineKeepingItsRepetitions)
 // a folder not named *.app is no program.
 TEST_F(Exec, StartsTheExecutableOfAnApplicationBundle)
 {
-    struct Case { const char* bundle; const char* called; const char* plist; const char* executable; bool starts; };
+    struct Case {
+        const char* bundle;
+        const char* called;
+        const char* plist;
+        const char* executable;
+        bool starts;
+    };
     const Case cases[] = {
-        {"Named.app", "Named.app", "<plist><dict><key>Nested</key><dict><key>CFBundleExecutable</key><string>No</string>"
-                      "</dict><key>CFBundleExecutable</key><string>Planer</string></dict></plist>", "Planer", true},
-        {"Plain.app", "Plain.app", "<plist><dict><key>CFBundleName</key><string>P</string></dict></plist>", "Plain", true},
+        {"Named.app", "Named.app",
+         "<plist><dict><key>Nested</key><dict><key>CFBundleExecutable</key><string>No</string>"
+         "</dict><key>CFBundleExecutable</key><string>Planer</string></dict></plist>",
+         "Planer", true},
+        {"Plain.app", "Plain.app", "<plist><dict><key>CFBundleName</key><string>P</string></dict></plist>", "Plain",
+         true},
         {"NoPlist.app", "NoPlist.app", nullptr, "NoPlist", true},
         {"Slash.app", "Slash.app/", nullptr, "Slash", true},
         {"Dotted.x.app", "Dotted.x.app//", nullptr, "Dotted.x", true},

@@ -77,7 +77,10 @@ inline std::time_t& pinnedNow()
     static std::time_t now = 0;
     return now;
 }
-inline std::time_t readPinnedNow() { return pinnedNow(); }
+inline std::time_t readPinnedNow()
+{
+    return pinnedNow();
+}
 
 // Makes the library's "now" the given UTC instant for the scope.
 class ScopedNow {

@@ -17,7 +17,7 @@
 
 namespace refregexp {
 
-using Found = std::pair<int, unsigned long>;   // offset and length
+using Found = std::pair<int, unsigned long>; // offset and length
 
 struct Element {
     enum Kind { Literal, Any, Class, Bol, Eol } kind = Literal;
@@ -29,8 +29,8 @@ struct Element {
         if (pos >= text.size())
             return false;
         return kind == Literal ? text[pos] == literal
-             : kind == Any     ? text[pos] != '\n'
-             : kind == Class   && members[static_cast<unsigned char>(text[pos]) & 0x7F];
+               : kind == Any   ? text[pos] != '\n'
+                               : kind == Class && members[static_cast<unsigned char>(text[pos]) & 0x7F];
     }
 };
 
@@ -127,8 +127,9 @@ inline Found refFind(const std::string& pattern, const std::string& text, std::s
 {
     const std::vector<Element> es = parse(pattern);
     if (start >= text.size()) {
-        const bool anchorsOnly = es[0].kind == Element::Eol ||
-            (es[0].kind == Element::Bol && (es.size() == 1 || (es.size() == 2 && es[1].kind == Element::Eol)));
+        const bool anchorsOnly =
+            es[0].kind == Element::Eol
+            || (es[0].kind == Element::Bol && (es.size() == 1 || (es.size() == 2 && es[1].kind == Element::Eol)));
         return start == text.size() && anchorsOnly ? Found{static_cast<int>(start), 1} : Found{-1, 0};
     }
     Matcher matcher(es, text, start);

@@ -43,7 +43,7 @@ inline long referenceCount(const KZDate& from, const KZDate& to, const WorkdayCa
     } else {
         std::vector<DatedHoliday> list;
         if (KZHolidayLaw::holidaysInPeriod(from, to, c.land, c.region, list) != KZHolidayLaw::Ok)
-            return -1;  // a period the law refuses has no count: -1 matches none
+            return -1; // a period the law refuses has no count: -1 matches none
         for (const DatedHoliday& h : list)
             holidays.insert(h.date.Hash());
     }

@@ -38,9 +38,9 @@
 namespace kzbs_test {
 
 struct CliResult {
-    int status = -1;      // the exit status; -1 if kzbs did not exit normally
-    std::string out;      // standard output
-    std::string err;      // standard error
+    int status = -1; // the exit status; -1 if kzbs did not exit normally
+    std::string out; // standard output
+    std::string err; // standard error
 };
 
 inline std::string shellQuote(const std::string& word)
@@ -126,7 +126,8 @@ inline bool needsProcess(const std::vector<std::string>& args, const std::vector
                          const std::string& shell, const std::string& output)
 {
     const bool platform = !args.empty() && (args[0] == "ini" || args[0] == "folders");
-    const bool readOnce = std::any_of(env.begin(), env.end(), [](const std::string& e) { return e.rfind("KZ_AES_", 0) == 0; });
+    const bool readOnce =
+        std::any_of(env.begin(), env.end(), [](const std::string& e) { return e.rfind("KZ_AES_", 0) == 0; });
     return platform || readOnce || !shell.empty() || !output.empty();
 }
 
@@ -146,7 +147,7 @@ inline CliResult runKzbsInProcess(const std::vector<std::string>& args, const st
         argv.push_back(&word[0]);
     argv.push_back(nullptr);
     CliResult result;
-    void (*const pipeHandler)(int) = std::signal(SIGPIPE, SIG_DFL);   // kzbs sets the default
+    void (*const pipeHandler)(int) = std::signal(SIGPIPE, SIG_DFL); // kzbs sets the default
     {
         const ScopedEnvironment environment(env);
         std::fflush(nullptr);

@@ -21,7 +21,10 @@
 
 namespace kzbs_test {
 
-inline std::filesystem::path fsPath(const std::string& utf8) { return std::filesystem::u8path(utf8); }
+inline std::filesystem::path fsPath(const std::string& utf8)
+{
+    return std::filesystem::u8path(utf8);
+}
 
 // Under TMPDIR (TEMP on Windows), else /tmp; '/' separates on every platform.
 struct TempFolder {
@@ -40,7 +43,11 @@ struct TempFolder {
                 path = name;
         }
     }
-    ~TempFolder() { std::error_code ignored; std::filesystem::remove_all(fsPath(path), ignored); }
+    ~TempFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(fsPath(path), ignored);
+    }
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
     std::string operator/(const std::string& name) const { return path + "/" + name; }

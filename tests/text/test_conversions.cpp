@@ -11,9 +11,14 @@
 
 TEST(Itoa, EachRadixLowerCaseWithoutPrefix)
 {
-    struct Case { long value; int radix; const char* text; } const cases[] = {
-        {255, 16, "ff"}, {255, 8, "377"}, {255, 2, "255"}, {-28, 16, "ffffffe4"}, {-1, 8, "37777777777"},
-        {-28, 0, "-28"}, {0, 16, "0"}, {INT_MIN, 10, "-2147483648"}, {INT_MIN, 16, "80000000"},
+    struct Case {
+        long value;
+        int radix;
+        const char* text;
+    } const cases[] = {
+        {255, 16, "ff"},           {255, 8, "377"}, {255, 2, "255"}, {-28, 16, "ffffffe4"},
+        {-1, 8, "37777777777"},    {-28, 0, "-28"}, {0, 16, "0"},    {INT_MIN, 10, "-2147483648"},
+        {INT_MIN, 16, "80000000"},
     };
     for (const Case& c : cases) {
         char buffer[12], longBuffer[24];
@@ -45,27 +50,45 @@ TEST(Itoa, EachRadixLowerCaseWithoutPrefix)
 
 TEST(FormatDouble, DecimalAndGroupingCharacters)
 {
-    struct Case { double value; unsigned short precision; char decimal, thousands; const char* text; } const cases[] = {
+    struct Case {
+        double value;
+        unsigned short precision;
+        char decimal, thousands;
+        const char* text;
+    } const cases[] = {
         {1234.5, 2, ',', '.', "1.234,50"},
         {-0.0, 1, 0, 0, "0.0"},
-        {1234567, 0, ',', '.', "12.345.67"},   // groups count from one right of the end
-        {-123.5, 1, ',', '.', "-.123,5"},      // the sign counts as a digit
+        {1234567, 0, ',', '.', "12.345.67"}, // groups count from one right of the end
+        {-123.5, 1, ',', '.', "-.123,5"},    // the sign counts as a digit
         {123.25, 2, ',', '.', "123,25"},
-        {1234.5, 1, 0, '\'', "1'234'.5"},      // no decimal character: counted from the end
+        {1234.5, 1, 0, '\'', "1'234'.5"}, // no decimal character: counted from the end
     };
     for (const Case& c : cases)
         EXPECT_EQ(formatDoubleToString(c.value, c.precision, 0, c.decimal, c.thousands), c.text) << c.text;
-    EXPECT_EQ(formatDoubleToString(1.5, 2, 4, 0, 0), "1.50");   // a width up to the length is ignored
+    EXPECT_EQ(formatDoubleToString(1.5, 2, 4, 0, 0), "1.50"); // a width up to the length is ignored
     EXPECT_THROW(formatDoubleToString(1.5, 2, 10, 0, 0), std::length_error);
 }
 
 TEST(ReformatNumString, GermanNotation)
 {
-    struct Case { const char* in; bool group; const char* out; } const cases[] = {
-        {"1234567.89", true, "1.234.567,89"}, {"-1234567", true, "-1.234.567"}, {"123", true, "123"},
-        {"1234 EUR", true, "1.234 EUR"},      {"1234.5", false, "1234,5"},      {"1.2.3", false, "1.2,3"},
-        {"x12345678,5", true, "x12.345.678,5"}, {"", true, ""},
-        {"\xB2" "234", true, "\xB2" "234"},      // a byte above 0x7F is no digit
+    struct Case {
+        const char* in;
+        bool group;
+        const char* out;
+    } const cases[] = {
+        {"1234567.89", true, "1.234.567,89"},
+        {"-1234567", true, "-1.234.567"},
+        {"123", true, "123"},
+        {"1234 EUR", true, "1.234 EUR"},
+        {"1234.5", false, "1234,5"},
+        {"1.2.3", false, "1.2,3"},
+        {"x12345678,5", true, "x12.345.678,5"},
+        {"", true, ""},
+        {"\xB2"
+         "234",
+         true,
+         "\xB2"
+         "234"}, // a byte above 0x7F is no digit
     };
     for (const Case& c : cases)
         EXPECT_EQ(reformatNumString(c.in, c.group), c.out) << c.in;
@@ -77,10 +100,12 @@ TEST(TextEscapes, RoundTripAndLenientReading)
     EXPECT_EQ(c2txt(nullptr), "");
     for (const char* text : {"", "\r\n\\\r", "\\\\n", "mixed\\ \n end\\"})
         EXPECT_EQ(txt2c(c2txt(text)), text) << text;
-    struct Case { std::string in, out; } const cases[] = {
-        {"\\t", "\t"},          // decoded although never produced
-        {"\\q\\x", "qx"},       // unknown escapes drop the backslash
-        {"a\\", "a\\"},         // a lone final backslash is kept
+    struct Case {
+        std::string in, out;
+    } const cases[] = {
+        {"\\t", "\t"},    // decoded although never produced
+        {"\\q\\x", "qx"}, // unknown escapes drop the backslash
+        {"a\\", "a\\"},   // a lone final backslash is kept
         {std::string("\\\0z", 3), std::string("\0z", 2)},
     };
     for (const Case& c : cases)

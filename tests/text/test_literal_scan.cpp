@@ -58,7 +58,10 @@ public:
             munmap(m_base, 3 * m_page);
     }
 #endif
-    bool ready() const { return m_base != nullptr; }
+    bool ready() const
+    {
+        return m_base != nullptr;
+    }
 
     const char* place(const std::string& text, bool againstTheEnd)
     {

@@ -11,7 +11,7 @@ TEST(FixedSizeMemoryBuf, CallerBlockIsReadAndWrittenInPlaceUpToItsEnd)
     char block[] = "12 34-";
     FixedSizeMemoryBuf buf(block, 5);
     std::iostream io(&buf);
-    EXPECT_EQ(io.tellp(), std::streampos(-1));   // no seeking
+    EXPECT_EQ(io.tellp(), std::streampos(-1)); // no seeking
     EXPECT_EQ(io.tellg(), std::streampos(-1));
     std::string a, b;
     EXPECT_TRUE(io >> a >> b);

@@ -12,7 +12,7 @@
 
 namespace {
 
-using Found = std::pair<int, unsigned long>;   // offset and length
+using Found = std::pair<int, unsigned long>; // offset and length
 
 Found findIn(const KZRegExp& re, const std::string& text, unsigned long start)
 {
@@ -26,19 +26,33 @@ Found findIn(const KZRegExp& re, const std::string& text, unsigned long start)
 TEST(RegExpCompile, StatusCodes)
 {
     const std::string x109(109, 'x');
-    struct Case { std::string pattern; int status; } const cases[] = {
-        {"abc", 0}, {"", 1}, {"*a", 1}, {"\nabc", 1}, {"a**", 3}, {"^*", 3}, {"a$?", 0},
-        {"[abc", 0}, {"a\n**", 0},        // a newline ends the pattern
-        {"\xAA*", 3},                     // a byte that reads back as a closure takes no closure
-        {std::string(127, 'x'), 0}, {std::string(128, 'x'), 3},
-        {x109 + "xx[a]", 0}, {x109 + "xxx[a]", 3}, {x109 + "[a]*", 0}, {x109 + "x[a]*", 3},
+    struct Case {
+        std::string pattern;
+        int status;
+    } const cases[] = {
+        {"abc", 0},
+        {"", 1},
+        {"*a", 1},
+        {"\nabc", 1},
+        {"a**", 3},
+        {"^*", 3},
+        {"a$?", 0},
+        {"[abc", 0},
+        {"a\n**", 0}, // a newline ends the pattern
+        {"\xAA*", 3}, // a byte that reads back as a closure takes no closure
+        {std::string(127, 'x'), 0},
+        {std::string(128, 'x'), 3},
+        {x109 + "xx[a]", 0},
+        {x109 + "xxx[a]", 3},
+        {x109 + "[a]*", 0},
+        {x109 + "x[a]*", 3},
     };
     for (const Case& c : cases) {
         KZRegExp re(c.pattern.c_str());
         const KZRegExp copy(re);
         EXPECT_EQ(re.status(), c.status) << c.pattern;
         EXPECT_EQ(re.status(), 0) << "status() clears it";
-        if (c.status != 0) {   // a failed pattern finds nothing, even once its status is read
+        if (c.status != 0) { // a failed pattern finds nothing, even once its status is read
             EXPECT_EQ(re.find("a**x", nullptr, 0), -1) << c.pattern;
             EXPECT_EQ(copy.find("", nullptr, 0), -1) << c.pattern;
         }
@@ -53,13 +67,34 @@ TEST(RegExpCompile, StatusCodes)
 
 TEST(RegExpEscapes, EscReadsOneCharacter)
 {
-    struct Case { const char* in; int value, advance; } const cases[] = {
-        {"a", 'a', 1},    {"\\t", '\t', 2},    {"\\T", '\t', 2},     {"\\b", 8, 2},      {"\\E", 27, 2},
-        {"\\s", ' ', 2},  {"\\x41", 'A', 4},  {"\\x4g", 4, 3},     {"\\xg", 0, 2},     {"\\X7E7", '~', 4},
-        {"\\^a", 1, 3},   {"\\^[", 27, 3},    {"\\0101", 'A', 5},  {"\\101", 1, 4},    {"\\1x7", 7, 4},
-        {"\\7z12", 138, 5}, {"\\*", '*', 2},  {"\\", '\\', 1},     {"\\^", '^', 2},    {"\\0", 0, 2},
+    struct Case {
+        const char* in;
+        int value, advance;
+    } const cases[] = {
+        {"a", 'a', 1},
+        {"\\t", '\t', 2},
+        {"\\T", '\t', 2},
+        {"\\b", 8, 2},
+        {"\\E", 27, 2},
+        {"\\s", ' ', 2},
+        {"\\x41", 'A', 4},
+        {"\\x4g", 4, 3},
+        {"\\xg", 0, 2},
+        {"\\X7E7", '~', 4},
+        {"\\^a", 1, 3},
+        {"\\^[", 27, 3},
+        {"\\0101", 'A', 5},
+        {"\\101", 1, 4},
+        {"\\1x7", 7, 4},
+        {"\\7z12", 138, 5},
+        {"\\*", '*', 2},
+        {"\\", '\\', 1},
+        {"\\^", '^', 2},
+        {"\\0", 0, 2},
         // Latin-1 bytes read as signed char on every platform.
-        {"\xE4", -28, 1}, {"\\\xE4", -28, 2}, {"\\^\xE4", -92, 3},
+        {"\xE4", -28, 1},
+        {"\\\xE4", -28, 2},
+        {"\\^\xE4", -92, 3},
     };
     for (const Case& c : cases) {
         const char* p = c.in;
@@ -70,28 +105,34 @@ TEST(RegExpEscapes, EscReadsOneCharacter)
 
 TEST(RegExpFind, OffsetsAndLengths)
 {
-    struct Case { const char* pattern; std::string text; unsigned long start; int offset; unsigned long length; };
+    struct Case {
+        const char* pattern;
+        std::string text;
+        unsigned long start;
+        int offset;
+        unsigned long length;
+    };
     const Case cases[] = {
-        {"^ab", "xab", 1, 1, 2},          // the search start is the beginning of the line
-        {"x*", "abc", 0, 0, 1},           // empty match at the start reports 1
-        {"$", "ab\n", 0, 2, 0},           // empty match after the start reports 0
+        {"^ab", "xab", 1, 1, 2}, // the search start is the beginning of the line
+        {"x*", "abc", 0, 0, 1},  // empty match at the start reports 1
+        {"$", "ab\n", 0, 2, 0},  // empty match after the start reports 0
         {"$", "", 0, 0, 1},
         {"^$", "", 0, 0, 1},
-        {"$", "abc", 0, -1, 0},           // no attempt at the very end
+        {"$", "abc", 0, -1, 0}, // no attempt at the very end
         {"$", "abc", 3, 3, 1},
-        {"[c-a]", "xa", 0, -1, 0},        // a reversed range lacks its lower end
-        {"[a-]b", "_b]b", 0, 0, 1},       // the range takes the ']', so b joins the class
+        {"[c-a]", "xa", 0, -1, 0},  // a reversed range lacks its lower end
+        {"[a-]b", "_b]b", 0, 0, 1}, // the range takes the ']', so b joins the class
         {"d", "\xE4", 0, -1, 0},
-        {"[d]", "\xE4", 0, 0, 1},         // class membership ignores the top bit
-        {"a?ab", "ab", 0, -1, 0},         // '?' does not give back what it took
+        {"[d]", "\xE4", 0, 0, 1}, // class membership ignores the top bit
+        {"a?ab", "ab", 0, -1, 0}, // '?' does not give back what it took
         {"\\x41B", "zAB", 0, 1, 2},
         {"a\\$", "a$", 0, 0, 2},
-        {"abc", std::string("ab\0abc", 6), 0, -1, 0},  // the text ends at its NUL
+        {"abc", std::string("ab\0abc", 6), 0, -1, 0}, // the text ends at its NUL
         {"abc", std::string("ab\0abc", 6), 3, 3, 3},
-        {"b", "abc", 9, -1, 0},           // a start past the end finds nothing
-        {"[", "w", 0, -1, 0},             // an empty class at the pattern's end matches nothing
+        {"b", "abc", 9, -1, 0}, // a start past the end finds nothing
+        {"[", "w", 0, -1, 0},   // an empty class at the pattern's end matches nothing
         {"[]x", "ax]x", 0, -1, 0},
-        {"\\x", "abc", 1, 1, 1},          // no tokens at all: an empty match at the start
+        {"\\x", "abc", 1, 1, 1}, // no tokens at all: an empty match at the start
     };
     for (const Case& c : cases) {
         EXPECT_EQ(findIn(KZRegExp(c.pattern), c.text, c.start), Found(c.offset, c.length))
@@ -111,10 +152,10 @@ std::string randomPattern(std::mt19937& rng)
     std::string p = rng() % 4 ? "" : "^";
     for (int i = 0, n = 1 + static_cast<int>(rng() % 5); i < n; ++i) {
         const unsigned kind = rng() % 8;
-        p += kind < 4 ? std::string(1, "abc"[rng() % 3])
-           : kind < 5 ? std::string(".")
-           : kind < 7 ? std::string(kClasses[rng() % 8])
-           : std::string(1, p.empty() ? '$' : "$^"[rng() % 2]);   // literals when not at the ends
+        p += kind < 4   ? std::string(1, "abc"[rng() % 3])
+             : kind < 5 ? std::string(".")
+             : kind < 7 ? std::string(kClasses[rng() % 8])
+                        : std::string(1, p.empty() ? '$' : "$^"[rng() % 2]); // literals when not at the ends
         if (rng() % 3 == 0)
             p += "*+?"[rng() % 3];
     }
@@ -133,7 +174,7 @@ TEST(RegExpFind, AgreesWithReferenceMatcher)
             pattern = randomPattern(rng);
             for (std::size_t j = 0, n = rng() % 12; j < n; ++j)
                 text += "abcab\n$^"[rng() % 8];
-        } else {   // dense closures over a long run: much giving back and retrying
+        } else { // dense closures over a long run: much giving back and retrying
             for (unsigned e = 0, n = 4 + rng() % 3; e < n; ++e)
                 pattern += std::string(rng() % 4 ? "a" : "[ab]") + (rng() % 3 ? '*' : '+');
             pattern += rng() % 2 ? "b" : "ab$";
@@ -147,7 +188,7 @@ TEST(RegExpFind, AgreesWithReferenceMatcher)
         ASSERT_EQ(got, want) << "'" << pattern << "' in '" << text << "' from " << start;
         matches += got.first >= 0;
     }
-    EXPECT_GT(matches, 1000);   // the generator must produce plenty of matches
+    EXPECT_GT(matches, 1000); // the generator must produce plenty of matches
 }
 
 TEST(RegExpFind, NestedClosuresStayFast)
@@ -163,7 +204,11 @@ TEST(RegExpFind, NestedClosuresStayFast)
 // memo of a long backtracking search stays inside the buffer.
 TEST(RegExpFind, BufferSearchAnswersAsStringSearch)
 {
-    const struct { const char* pattern; std::string text; unsigned long start; } cases[] = {
+    const struct {
+        const char* pattern;
+        std::string text;
+        unsigned long start;
+    } cases[] = {
         {"b+c", std::string("abbc\0bc", 7), 0},
         {"b+c", std::string("a\0bbc", 5), 0},
         {"x.*z", std::string("x\0z xyz", 7), 1},
@@ -179,7 +224,8 @@ TEST(RegExpFind, BufferSearchAnswersAsStringSearch)
         // A larger buffer, its window ended by a NUL as the caller promises.
         std::string buffer = "pre" + c.text + '\0' + "tail";
         EXPECT_EQ(re.find(buffer.data() + 3, c.text.size(), &fromBuffer, c.start),
-                  re.find(c.text, &fromString, c.start)) << c.pattern;
+                  re.find(c.text, &fromString, c.start))
+            << c.pattern;
         EXPECT_EQ(fromBuffer, fromString) << c.pattern;
     }
     unsigned long length = 9;

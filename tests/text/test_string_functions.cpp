@@ -13,15 +13,22 @@ using SF = KZStringFunctions;
 
 TEST(Strip, EachModeAndTheInvalidType)
 {
-    struct Case { const char* in; int type; const char* out; } const cases[] = {
-        {"xxabcxx", SF::StripBoth, "abc"},       {"xxabcxx", SF::StripLeading, "abcxx"},
-        {"xxabcxx", SF::StripTrailing, "xxabc"}, {"xxabcxx", 3, ""},
-        {"xxxx", SF::StripBoth, ""},             {"x", SF::StripTrailing, ""},
+    struct Case {
+        const char* in;
+        int type;
+        const char* out;
+    } const cases[] = {
+        {"xxabcxx", SF::StripBoth, "abc"},
+        {"xxabcxx", SF::StripLeading, "abcxx"},
+        {"xxabcxx", SF::StripTrailing, "xxabc"},
+        {"xxabcxx", 3, ""},
+        {"xxxx", SF::StripBoth, ""},
+        {"x", SF::StripTrailing, ""},
         {"xax", SF::StripBoth, "a"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(SF::strip(c.in, static_cast<SF::StripType>(c.type), 'x'), c.out) << c.in << ' ' << c.type;
-    const std::string s = "xxabcxx", all = "xxxx";   // the backward scan stops at the given start
+    const std::string s = "xxabcxx", all = "xxxx"; // the backward scan stops at the given start
     EXPECT_EQ(SF::findLastDifferent(s, 'x', s.begin() + 5) - s.begin(), 5);
     EXPECT_TRUE(SF::findLastDifferent(s, 'y', s.begin()) == s.end());
     EXPECT_TRUE(SF::findLastDifferent(all, 'x', all.begin() + 1) == all.begin() + 1);
@@ -42,18 +49,27 @@ TEST(Hash, RotateAndXorSignExtended)
     EXPECT_EQ(SF::hash(static_cast<const char*>(nullptr)), 0);
     EXPECT_EQ(SF::hash(std::string("AB")), 0x20C2);
     EXPECT_EQ(SF::hash("\xE4"), static_cast<int>(0xFFFFFFE4u));
-    EXPECT_EQ(SF::hash("A\x01\x01\x01\x01"), 0x10204085);   // bit 30 rotates round to bit 2
+    EXPECT_EQ(SF::hash("A\x01\x01\x01\x01"), 0x10204085); // bit 30 rotates round to bit 2
     EXPECT_EQ(SF::hash(std::string("ab\0cd", 5)), SF::hash("ab"));
 }
 
 TEST(NoCase, FoldingIsAsciiOnly)
 {
-    std::string s = "\xE4" "b\xC4z1";
+    std::string s =
+        "\xE4"
+        "b\xC4z1";
     SF::toUpper(s);
-    EXPECT_EQ(s, "\xE4" "B\xC4Z1");
+    EXPECT_EQ(s,
+              "\xE4"
+              "B\xC4Z1");
     SF::toLower(s);
-    EXPECT_EQ(s, "\xE4" "b\xC4z1");
-    EXPECT_EQ(SF::upper("Stra\xDF" "e"), "STRA\xDF" "E");
+    EXPECT_EQ(s,
+              "\xE4"
+              "b\xC4z1");
+    EXPECT_EQ(SF::upper("Stra\xDF"
+                        "e"),
+              "STRA\xDF"
+              "E");
     EXPECT_TRUE(SF::nocase_compare('a', 'A'));
     EXPECT_FALSE(SF::nocase_compare('\xE4', '\xC4'));
     EXPECT_FALSE(SF::nocase_compare('@', '`'));
@@ -61,9 +77,13 @@ TEST(NoCase, FoldingIsAsciiOnly)
 
 TEST(NoCase, FindAndCompare)
 {
-    struct Case { const char* haystack; const char* needle; int at; } const cases[] = {
-        {"Hello", "LL", 2}, {"abc", "", 0}, {"", "", -1}, {"abc", "abcd", -1},
-        {"aaab", "AAB", 1}, {"tail", "IL", 2}, {"M\xC4rz", "\xE4", -1},
+    struct Case {
+        const char* haystack;
+        const char* needle;
+        int at;
+    } const cases[] = {
+        {"Hello", "LL", 2}, {"abc", "", 0},          {"", "", -1}, {"abc", "abcd", -1}, {"aaab", "AAB", 1},
+        {"tail", "IL", 2},  {"M\xC4rz", "\xE4", -1},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(SF::findNoCase(c.haystack, c.needle), c.at) << c.haystack << '/' << c.needle;
@@ -79,7 +99,11 @@ TEST(NoCase, FindAndCompare)
 
 TEST(Compare, FromAnOffset)
 {
-    struct Case { const char *a, *b; std::size_t pos, n; int sign; } const cases[] = {
+    struct Case {
+        const char *a, *b;
+        std::size_t pos, n;
+        int sign;
+    } const cases[] = {
         {"abc", "abd", 5, 3, 0}, {"abc", "abd", 0, 2, 0}, {"abc", "abd", 0, 3, -1},
         {"xbc", "ybc", 1, 9, 0}, {"abc", "ab", 2, 1, 1},  {"ab", "abc", 2, 1, -1},
     };
@@ -92,7 +116,10 @@ TEST(Compare, FromAnOffset)
 
 TEST(IntText, StringToIntAndBack)
 {
-    struct Case { const char* text; int value; } const cases[] = {
+    struct Case {
+        const char* text;
+        int value;
+    } const cases[] = {
         {"  -17x", -17}, {"+8", 8}, {"abc", 0}, {"", 0}, {"99999999999", INT_MAX}, {"-99999999999", INT_MIN},
     };
     for (const Case& c : cases)
@@ -103,12 +130,13 @@ TEST(IntText, StringToIntAndBack)
 
 TEST(Replace, FirstOrAllWithoutSearchingReplacedTextAndXmlSpecials)
 {
-    struct Case { const char *in, *search, *replacement, *out; bool result; } const cases[] = {
-        {"aaa", "a", "aa", "aaaaaa", true},
-        {"aaa", "a", "a", "aaa", false},
-        {"abab", "ab", "b", "bb", true},
-        {"aab", "ab", "a", "aa", true},         // the result's "aa" is not rescanned
-        {"abc", "", "x", "abc", false},         // an empty search matches nowhere
+    struct Case {
+        const char *in, *search, *replacement, *out;
+        bool result;
+    } const cases[] = {
+        {"aaa", "a", "aa", "aaaaaa", true}, {"aaa", "a", "a", "aaa", false},
+        {"abab", "ab", "b", "bb", true},    {"aab", "ab", "a", "aa", true}, // the result's "aa" is not rescanned
+        {"abc", "", "x", "abc", false},                                     // an empty search matches nowhere
         {"a.b.c", ".", "", "abc", true},
     };
     for (const Case& c : cases) {
@@ -138,10 +166,14 @@ TEST(ReadLine, KeepsCarriageReturnLosesUnterminatedLast)
 
 TEST(ReadFromFile, WholeStream)
 {
-    struct Case { std::string in, text; } const cases[] = {
-        {"", ""}, {"abc\ndef\n", "abc\ndef\n"}, {std::string(5000, 'z'), std::string(5000, 'z')},
+    struct Case {
+        std::string in, text;
+    } const cases[] = {
+        {"", ""},
+        {"abc\ndef\n", "abc\ndef\n"},
+        {std::string(5000, 'z'), std::string(5000, 'z')},
         {std::string(1023, 'q'), std::string(1023, 'q')},
-        {std::string("a\0b\0\0c", 6), "abc"},   // NUL bytes are skipped
+        {std::string("a\0b\0\0c", 6), "abc"}, // NUL bytes are skipped
     };
     for (const Case& c : cases) {
         std::istringstream in(c.in);

@@ -42,7 +42,7 @@ namespace {
 using namespace KZBasicServices;
 
 constexpr int kThreads = 8;
-constexpr int kRounds = 3;  // so that the threads' calls overlap
+constexpr int kRounds = 3; // so that the threads' calls overlap
 
 std::vector<BundesLand> everyState()
 {
@@ -73,8 +73,8 @@ std::string holidayLaw()
             out << KZHolidayLaw::isPublicHoliday(d, state);
     }
     for (const HolidayRegion& region : KZHolidayLaw::regions()) {
-        out << KZHolidayLaw::holidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2025), region.state,
-                                              region.code, days);
+        out << KZHolidayLaw::holidaysInPeriod(KZDate(1, 1, 2024), KZDate(31, 12, 2025), region.state, region.code,
+                                              days);
         describe(out, days);
     }
     int states = 0;
@@ -143,9 +143,14 @@ struct Search {
     const char* text;
 };
 const Search kSearches[] = {
-    {"[0-9]+-[0-9]+", "Zimmer 12-14"}, {"^a*b", "aaab"},       {"x?y+z$", "wxyyyz"},
-    {"[^a-z]", "abc!"},                {"\\x41.\\101", "zzA-A"}, {"a*a*a*a*b", "aaaaaaaaaaaaaaaaaaaac"},
-    {"[a-", "broken"},                 {"K.*e", "Kalenderwoche"},
+    {"[0-9]+-[0-9]+", "Zimmer 12-14"},
+    {"^a*b", "aaab"},
+    {"x?y+z$", "wxyyyz"},
+    {"[^a-z]", "abc!"},
+    {"\\x41.\\101", "zzA-A"},
+    {"a*a*a*a*b", "aaaaaaaaaaaaaaaaaaaac"},
+    {"[a-", "broken"},
+    {"K.*e", "Kalenderwoche"},
 };
 
 void search(std::ostream& out, const KZRegExp& re, const Search& s)
@@ -197,13 +202,13 @@ std::string fileNames()
     env.setMaxGrowth(4096);
     env.readSymbolsFromFile(symbols);
     std::ostringstream out;
-    for (const char* text : {"<DATA>\\2027\\termine.dat", "<ARCHIV>/a/../b//c.tar.gz", "<LOOP>x",
-                             "C:dir\\x.txt", "\\\\srv\\share\\f", "a/b/../../../c", ".profile", "name."}) {
+    for (const char* text : {"<DATA>\\2027\\termine.dat", "<ARCHIV>/a/../b//c.tar.gz", "<LOOP>x", "C:dir\\x.txt",
+                             "\\\\srv\\share\\f", "a/b/../../../c", ".profile", "name."}) {
         const std::string expanded = env.expandString(text);
         KZFileName name(expanded);
         out << expanded.size() << ' ' << name.compose() << '|' << name.normalizedString() << '|'
-            << KZFileName::getNormalizedString(expanded.substr(0, 64)) << '|' << name.isAbsPath()
-            << name.isValid() << name.isDriveRelPath() << '|' << name.asRelPathString() << '\n';
+            << KZFileName::getNormalizedString(expanded.substr(0, 64)) << '|' << name.isAbsPath() << name.isValid()
+            << name.isDriveRelPath() << '|' << name.asRelPathString() << '\n';
     }
     out << env.symbolsAsString();
     return out.str();
@@ -214,8 +219,8 @@ std::string datesAndTimes()
     std::ostringstream out;
     for (KZDate date(1, 1, 2010); date.Year() < 2012; date = date + 5) {
         const KZTime noon(date, 12, 30, 15);
-        out << date.AsString() << date.WeekDay() << noon.LocalSecs() << noon.Hour() << noon.IsDST()
-            << noon.get_time_t() << noon.asFormatString("%d.%m.%Y %H:%M") << ' ';
+        out << date.AsString() << date.WeekDay() << noon.LocalSecs() << noon.Hour() << noon.IsDST() << noon.get_time_t()
+            << noon.asFormatString("%d.%m.%Y %H:%M") << ' ';
     }
     KZDate parsed;
     parsed.ParseFrom("29.02.2024", nullptr);
@@ -315,7 +320,10 @@ const Job kJobs[] = {
     {"CipherVaes", cipherBlocks, [] { prepareCipher(RIJNDAEL_VAES); }},
 };
 
-void PrintTo(const Job& job, std::ostream* out) { *out << job.name; }
+void PrintTo(const Job& job, std::ostream* out)
+{
+    *out << job.name;
+}
 
 class AnyThread : public testing::TestWithParam<Job> {};
 
@@ -334,7 +342,7 @@ TEST_P(AnyThread, EightThreadsGiveTheAnswersOfOne)
         threads.emplace_back([&, t] {
             waiting.fetch_sub(1);
             while (waiting.load() > 0)
-                std::this_thread::yield();   // all start together
+                std::this_thread::yield(); // all start together
             for (int round = 0; round < kRounds; ++round)
                 answers[t * kRounds + round] = job.run();
         });

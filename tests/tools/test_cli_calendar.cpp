@@ -11,32 +11,37 @@ TEST(CliCal, MonthGridWithIsoWeeksAndTheHolidaysNamed)
 {
     const auto r = runKzbs({"cal", "2026-08", "--state", "BY", "--color", "never"});
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, "         August 2026\n"
-                     "KW Mo  Di  Mi  Do  Fr  Sa  So\n"
-                     "31                      1   2\n"
-                     "32  3   4   5   6   7   8+  9\n"
-                     "33 10  11  12  13  14  15+ 16\n"
-                     "34 17  18  19  20  21  22  23\n"
-                     "35 24  25  26  27  28  29  30\n"
-                     "36 31\n"
-                     "  8+ Augsburger Hohes Friedensfest (BY-A)\n"
-                     " 15+ Mari\xC3\xA4 Himmelfahrt (SL, BY-A BY-KATH)\n");
+    EXPECT_EQ(r.out,
+              "         August 2026\n"
+              "KW Mo  Di  Mi  Do  Fr  Sa  So\n"
+              "31                      1   2\n"
+              "32  3   4   5   6   7   8+  9\n"
+              "33 10  11  12  13  14  15+ 16\n"
+              "34 17  18  19  20  21  22  23\n"
+              "35 24  25  26  27  28  29  30\n"
+              "36 31\n"
+              "  8+ Augsburger Hohes Friedensfest (BY-A)\n"
+              " 15+ Mari\xC3\xA4 Himmelfahrt (SL, BY-A BY-KATH)\n");
 }
 
 TEST(CliCal, MarksWeeksAndColours)
 {
-    const struct { std::vector<std::string> args; std::string text; bool shown; } cases[] = {
-        {{"cal", "2020-12"}, "53 28  29  30  31\n", true},                 // 2020 has 53 ISO weeks
-        {{"cal", "2021-01"}, "53                  1*  2   3\n 1  4 ", true},  // its last week reaches into 2021
+    const struct {
+        std::vector<std::string> args;
+        std::string text;
+        bool shown;
+    } cases[] = {
+        {{"cal", "2020-12"}, "53 28  29  30  31\n", true},                   // 2020 has 53 ISO weeks
+        {{"cal", "2021-01"}, "53                  1*  2   3\n 1  4 ", true}, // its last week reaches into 2021
         {{"cal", "2026-05"}, "21 18  19  20  21  22  23  24+\n", true},      // Pfingstsonntag: BB only
         {{"cal", "2026-05"}, " 25* Pfingstmontag (alle)\n", true},
-        {{"cal", "2026-05", "--state", "BE"}, "Pfingstsonntag", false},       // another state's day
+        {{"cal", "2026-05", "--state", "BE"}, "Pfingstsonntag", false}, // another state's day
         {{"cal", "2024-08", "--state", "BY", "--region", "A"}, "  8* Augsburger", true},
         {{"cal", "2024-05", "--state", "ST", "--classic"}, " 30* Fronleichnam", true},
         {{"cal", "1989-10", "--classic"}, "  3* Tag der Deutschen Einheit", true},
         {{"cal", "2026-12", "--color", "always"}, "\x1b[1;31m25\x1b[0m", true},
         {{"cal", "2026-12", "--state", "BY", "--region", "A", "--color", "always"}, "25*", false},
-        {{"cal", "2026-12"}, "\x1b", false},                                  // not a terminal
+        {{"cal", "2026-12"}, "\x1b", false}, // not a terminal
     };
     for (const auto& c : cases) {
         const auto r = runKzbs(c.args);
@@ -53,7 +58,10 @@ TEST(CliCal, MarksWeeksAndColours)
 
 TEST(CliNext, ListsTheComingHolidaysOfThePlace)
 {
-    const struct { std::vector<std::string> args; std::string out; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        std::string out;
+    } cases[] = {
         {{"next", "--from", "2026-12-26"}, "2026-12-26  Samstag     2. Weihnachtstag           alle\n"},
         {{"next", "3", "--from", "2026-08-01", "--state", "BY"},
          "2026-10-03  Samstag     Tag der Deutschen Einheit  alle\n"
@@ -72,7 +80,10 @@ TEST(CliNext, ListsTheComingHolidaysOfThePlace)
 
 TEST(CliCal, MistakesAreOneLineWithExitTwo)
 {
-    const struct { std::vector<std::string> args; const char* message; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* message;
+    } cases[] = {
         {{"cal", "1989"}, "--classic"},
         {{"cal", "2026-13"}, "not a month: '2026-13'"},
         {{"cal", "2026-8"}, "not a month"},
@@ -102,5 +113,6 @@ TEST(CliHolidays, IcsCalendarNameIsAnEscapedFoldedLine)
     EXPECT_LT(unfolded.size(), r.out.size());
     EXPECT_NE(unfolded.find("\r\nX-WR-CALNAME:Feiertage\\, M\xC3\xBCnchen\\; ein Name\\, so lang\\, dass die Zeile "
                             "gefaltet werden muss\r\nBEGIN:VEVENT\r\n"),
-              std::string::npos) << r.out;
+              std::string::npos)
+        << r.out;
 }

@@ -13,8 +13,8 @@
 #include <fstream>
 #include <random>
 
-using kzbs_test::runKzbs;
 using kzbs_test::readFile;
+using kzbs_test::runKzbs;
 
 namespace {
 
@@ -34,7 +34,8 @@ TEST_F(CliCrypt, RoundTripsAnyBytesWithEveryKeySize)
             std::string data(size, '\0');
             std::generate(data.begin(), data.end(), [&] { return static_cast<char>(rng()); });
             write("plain", data);
-            const auto enc = runKzbs({"encrypt", "--bits", bits, "--key-file", path("key"), path("plain"), path("enc")});
+            const auto enc =
+                runKzbs({"encrypt", "--bits", bits, "--key-file", path("key"), path("plain"), path("enc")});
             ASSERT_EQ(enc.status, 0) << enc.err;
             EXPECT_EQ(readFile(path("enc")).size(), 12 + (size + 15) / 16 * 16);
             const auto dec = runKzbs({"decrypt", "--bits", bits, "--key-file", path("key"), path("enc"), path("back")});
@@ -73,7 +74,10 @@ TEST_F(CliCrypt, PaddingShowsAWrongKey)
         const auto enc = runKzbs({"encrypt", "--key-env", "K", "-", "-"}, plain, {"K=correct horse"});
         ASSERT_EQ(enc.status, 0) << enc.err;
         const bool padded = plain.size() % 16 != 0;
-        const struct { const char* key; const char* bits; } wrongs[] = {{"K=wrong horse", "128"}, {"K=correct horse", "256"}};
+        const struct {
+            const char* key;
+            const char* bits;
+        } wrongs[] = {{"K=wrong horse", "128"}, {"K=correct horse", "256"}};
         for (const auto& wrong : wrongs) {
             const std::vector<std::string> key = {wrong.key};
             const std::string bits = wrong.bits;
@@ -85,7 +89,8 @@ TEST_F(CliCrypt, PaddingShowsAWrongKey)
             } else {
                 EXPECT_EQ(r.status, 0) << r.err;
             }
-            const auto forced = runKzbs({"decrypt", "--force", "--bits", bits, "--key-env", "K", "-", "-"}, enc.out, key);
+            const auto forced =
+                runKzbs({"decrypt", "--force", "--bits", bits, "--key-env", "K", "-", "-"}, enc.out, key);
             EXPECT_EQ(forced.status, 0) << forced.err;
             EXPECT_EQ(forced.out.size(), plain.size());
             EXPECT_NE(forced.out, plain);
@@ -103,11 +108,16 @@ TEST_F(CliCrypt, KeysCountOnlyWhatTheKeySizeUses)
     write("key32", std::string(32, 'k'));
     write("key33", std::string(33, 'k'));
     write("umlaut", "M\xC3\xBCller-Key");
-    const struct { std::vector<std::string> args; const char* message; } refused[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* message;
+    } refused[] = {
         {{"encrypt", "--key-file", path("key17"), path("plain"), path("out")},
          "the key has 17 characters, but a 128-bit key uses only its first 16; --bits 256 uses up to 32"},
-        {{"encrypt", "--bits", "192", "--key-file", path("key32"), path("plain"), path("out")}, "uses only its first 24"},
-        {{"encrypt", "--bits", "256", "--key-file", path("key33"), path("plain"), path("out")}, "uses only its first 32"},
+        {{"encrypt", "--bits", "192", "--key-file", path("key32"), path("plain"), path("out")},
+         "uses only its first 24"},
+        {{"encrypt", "--bits", "256", "--key-file", path("key33"), path("plain"), path("out")},
+         "uses only its first 32"},
         {{"encrypt", "--key-file", path("umlaut"), path("plain"), path("out")}, "outside ASCII (such as umlauts)"},
     };
     for (const auto& c : refused)
@@ -129,9 +139,13 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
     write("truncated", stream.substr(0, stream.size() - 5));
     write("trailing", stream + "junk");
     write("longkey", std::string(65, 'k'));
-    write("ctrlkey", "a\x01" "b");
+    write("ctrlkey",
+          "a\x01"
+          "b");
     write("bigkey", std::string((1 << 20) + 1, 'k'));
-    write("highkey", "\xE4" "bcde");   // would encrypt like any other high first byte
+    write("highkey",
+          "\xE4"
+          "bcde"); // would encrypt like any other high first byte
 
     const struct {
         std::vector<std::string> args;
@@ -159,14 +173,14 @@ TEST_F(CliCrypt, ErrorsExitWithTwoAndLeaveOutUntouched)
         EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
         EXPECT_EQ(readFile(path("out")), "previous contents") << c.message;
     }
-    EXPECT_NE(std::system(("ls " + m_dir.path + " | grep -q kzbs-").c_str()), 0);   // no temporary left
+    EXPECT_NE(std::system(("ls " + m_dir.path + " | grep -q kzbs-").c_str()), 0); // no temporary left
 }
 
 TEST_F(CliCrypt, InputOverFourGibibytesIsRefusedBeforeReading)
 {
     const int fd = ::open(path("big").c_str(), O_CREAT | O_WRONLY, 0600);
     ASSERT_GE(fd, 0);
-    ASSERT_EQ(::ftruncate(fd, (off_t(1) << 32) + 1), 0);   // sparse: no disk space used
+    ASSERT_EQ(::ftruncate(fd, (off_t(1) << 32) + 1), 0); // sparse: no disk space used
     ::close(fd);
     const auto r = runKzbs({"encrypt", "--key-file", path("key"), path("big"), path("out")});
     EXPECT_EQ(r.status, 2);

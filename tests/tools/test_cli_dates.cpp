@@ -9,7 +9,10 @@
 
 using kzbs_test::runKzbs;
 
-static long countLines(const std::string& text) { return std::count(text.begin(), text.end(), '\n'); }
+static long countLines(const std::string& text)
+{
+    return std::count(text.begin(), text.end(), '\n');
+}
 
 TEST(CliHolidays, ClassicYearInOneStateWithUtf8Names)
 {
@@ -34,11 +37,12 @@ TEST(CliHolidays, PeriodsAndFormats)
 {
     const auto csv = runKzbs({"holidays", "20.12.2010", "2011-01-10", "--state", "BY", "--format", "csv"});
     ASSERT_EQ(csv.status, 0) << csv.err;
-    EXPECT_EQ(csv.out, "date,weekday,name,states\n"
-                       "2010-12-25,Samstag,1. Weihnachtstag,alle\n"
-                       "2010-12-26,Sonntag,2. Weihnachtstag,alle\n"
-                       "2011-01-01,Samstag,Neujahrstag,alle\n"
-                       "2011-01-06,Donnerstag,Heilige Drei K\xC3\xB6nige,BW BY ST\n");
+    EXPECT_EQ(csv.out,
+              "date,weekday,name,states\n"
+              "2010-12-25,Samstag,1. Weihnachtstag,alle\n"
+              "2010-12-26,Sonntag,2. Weihnachtstag,alle\n"
+              "2011-01-01,Samstag,Neujahrstag,alle\n"
+              "2011-01-06,Donnerstag,Heilige Drei K\xC3\xB6nige,BW BY ST\n");
     EXPECT_EQ(runKzbs({"holidays", "2010-10-03", "2010-10-03", "--format=json"}).out,
               "[\n  {\"date\": \"2010-10-03\", \"weekday\": \"Sonntag\", \"name\": \"Tag der Deutschen "
               "Einheit\", \"states\": [\"BW\", \"BY\", \"BE\", \"BB\", \"HB\", \"HH\", \"HE\", \"MV\", \"NI\", "
@@ -63,11 +67,21 @@ TEST(CliDates, BadInputIsOneLineOnStderr)
 {
     const std::vector<std::vector<std::string>> cases = {
         {"holidays", "137"}, // would mean 2037
-        {"holidays", "2023-02-29", "2023-03-01"}, {"holidays", "2024-03-01", "2024-02-01"},
-        {"holidays", "2024", "--state", "XY"}, {"holidays", "2024", "--state", "Alle"},
-        {"holidays", "2024", "--format", "xml"}, {"holidays", "1.2.3.4"}, {"holidays", "2024", "2025", "2026"},
-        {"holidays", "--state"}, {"is-holiday", "99-01-01"}, {"is-holiday"}, {"easter", "4100"}, {"easter", "2024", "x"},
-        {"holidays", "1582", "--classic"}, {"holidays", "2024", "--format"}, {"is-holiday", "2024-01-01", "x"},
+        {"holidays", "2023-02-29", "2023-03-01"},
+        {"holidays", "2024-03-01", "2024-02-01"},
+        {"holidays", "2024", "--state", "XY"},
+        {"holidays", "2024", "--state", "Alle"},
+        {"holidays", "2024", "--format", "xml"},
+        {"holidays", "1.2.3.4"},
+        {"holidays", "2024", "2025", "2026"},
+        {"holidays", "--state"},
+        {"is-holiday", "99-01-01"},
+        {"is-holiday"},
+        {"easter", "4100"},
+        {"easter", "2024", "x"},
+        {"holidays", "1582", "--classic"},
+        {"holidays", "2024", "--format"},
+        {"is-holiday", "2024-01-01", "x"},
     };
     for (const auto& args : cases) {
         const auto r = runKzbs(args);
@@ -81,7 +95,11 @@ TEST(CliDates, BadInputIsOneLineOnStderr)
 
 TEST(CliIsHoliday, ExitStatusFollowsTheState)
 {
-    const struct { std::vector<std::string> args; int status; const char* text; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        int status;
+        const char* text;
+    } cases[] = {
         {{"is-holiday", "2010-11-01", "--state", "BY"}, 0, "Allerheiligen (BW BY NW RP SL)"},
         {{"is-holiday", "01.11.2010", "--state", "HB"}, 1, "not a public holiday in HB"},
         {{"is-holiday", "2010-11-02"}, 1, "no public holiday"},
@@ -111,7 +129,10 @@ TEST(CliEaster, YearsAndHelp)
 // --classic lists exactly what kzbs listed before it followed the law.
 TEST(CliHolidays, ClassicKeepsTheFixedTable)
 {
-    const struct { std::vector<std::string> args; std::string out; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        std::string out;
+    } cases[] = {
         {{"holidays", "2024", "--state", "ST", "--classic", "--format", "csv"},
          "date,weekday,name,states\n"
          "2024-01-01,Montag,Neujahrstag,alle\n"
@@ -121,7 +142,7 @@ TEST(CliHolidays, ClassicKeepsTheFixedTable)
          "2024-05-01,Mittwoch,Tag der Arbeit,alle\n"
          "2024-05-09,Donnerstag,Christi Himmelfahrt,alle\n"
          "2024-05-20,Montag,Pfingstmontag,alle\n"
-         "2024-05-30,Donnerstag,Fronleichnam,BW BY NW RP SL ST\n"   // ST, not HE: the fixed table
+         "2024-05-30,Donnerstag,Fronleichnam,BW BY NW RP SL ST\n" // ST, not HE: the fixed table
          "2024-10-03,Donnerstag,Tag der Deutschen Einheit,alle\n"
          "2024-10-31,Donnerstag,Reformationstag,BB MV SN ST TH\n"
          "2024-12-25,Mittwoch,1. Weihnachtstag,alle\n"
@@ -139,7 +160,11 @@ TEST(CliHolidays, ClassicKeepsTheFixedTable)
 // What the issue's first reader missed, and the regions, as kzbs shows them.
 TEST(CliHolidays, LawByStateYearAndRegion)
 {
-    const struct { std::vector<std::string> args; const char* line; bool listed; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* line;
+        bool listed;
+    } cases[] = {
         {{"holidays", "2024", "--state", "HE"}, "2024-05-30  Donnerstag  Fronleichnam ", true},
         {{"holidays", "2019", "--state", "BE"}, "2019-03-08  Freitag     Internationaler Frauentag  BE\n", true},
         {{"holidays", "2018", "--state", "HB"}, "Reformationstag            BB HB HH MV NI SN ST SH TH\n", true},
@@ -148,13 +173,18 @@ TEST(CliHolidays, LawByStateYearAndRegion)
         {{"holidays", "2024"}, "Fronleichnam                   BW BY HE NW RP SL, SN-BZ, TH-EIC TH-UH TH-WAK\n", true},
         {{"holidays", "2024"}, "Mari\xC3\xA4 Himmelfahrt              SL, BY-A BY-KATH\n", true},
         {{"holidays", "2024", "--state", "BY"}, "Augsburger", false},
-        {{"holidays", "2024", "--state", "BY", "--region", "A"}, "2024-08-08  Donnerstag  Augsburger Hohes Friedensfest  BY-A\n", true},
+        {{"holidays", "2024", "--state", "BY", "--region", "A"},
+         "2024-08-08  Donnerstag  Augsburger Hohes Friedensfest  BY-A\n",
+         true},
         {{"holidays", "2024", "--state", "SN", "--region", "bz"}, "Fronleichnam", true},
         {{"holidays", "2024", "--state", "SN"}, "Fronleichnam", false},
         {{"holidays", "2024", "--state", "SN", "--region", "BZ", "--format", "json"},
          "\"name\": \"Fronleichnam\", \"states\": [\"BW\", \"BY\", \"HE\", \"NW\", \"RP\", \"SL\", \"SN-BZ\", \"TH-EIC\", "
-         "\"TH-UH\", \"TH-WAK\"]}", true},
-        {{"holidays", "2024", "--format", "json"}, "\"states\": [\"BW\", \"BY\", \"ST\"], \"state_names\": {\"BW\": \"Erscheinungsfest\"}}", true},
+         "\"TH-UH\", \"TH-WAK\"]}",
+         true},
+        {{"holidays", "2024", "--format", "json"},
+         "\"states\": [\"BW\", \"BY\", \"ST\"], \"state_names\": {\"BW\": \"Erscheinungsfest\"}}",
+         true},
     };
     for (const auto& c : cases) {
         const auto r = runKzbs(c.args);
@@ -176,13 +206,16 @@ TEST(CliHolidays, IcsIsACalendarWithCrlfLines)
         EXPECT_EQ(r.out.find("\r\n\r\n"), std::string::npos);
     }
     const std::string ics = runKzbs({"holidays", "2024", "--state", "BY", "--format", "ics"}).out;
-    EXPECT_NE(ics.find("DTSTART;VALUE=DATE:20240530\r\n"), std::string::npos);   // Fronleichnam
-    EXPECT_EQ(ics.find("DTSTART;VALUE=DATE:20240815\r\n"), std::string::npos);   // only in regions of BY
+    EXPECT_NE(ics.find("DTSTART;VALUE=DATE:20240530\r\n"), std::string::npos); // Fronleichnam
+    EXPECT_EQ(ics.find("DTSTART;VALUE=DATE:20240815\r\n"), std::string::npos); // only in regions of BY
 }
 
 TEST(CliHolidays, LawMistakesAreOneLineNamingTheWayOut)
 {
-    const struct { std::vector<std::string> args; const char* message; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* message;
+    } cases[] = {
         {{"holidays", "1989"}, "--classic"},
         // the law's years, unless --classic asks the fixed table
         {{"holidays", "0"}, "year 0 is outside 1990..4099"},
@@ -204,20 +237,32 @@ TEST(CliHolidays, LawMistakesAreOneLineNamingTheWayOut)
 
 TEST(CliIsHoliday, LawRegionsAndYears)
 {
-    const struct { std::vector<std::string> args; int status; const char* text; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        int status;
+        const char* text;
+    } cases[] = {
         {{"is-holiday", "2024-08-08", "--state", "BY", "--region", "A"}, 0, "a public holiday in BY-A\n"},
-        {{"is-holiday", "2024-08-08", "--state", "BY"}, 1, "Augsburger Hohes Friedensfest (BY-A)\n"
-                                                           "not a public holiday in all of BY; it is one in parts of it: "
-                                                           "--region A (Stadt Augsburg)\n"},
-        {{"is-holiday", "2026-08-15", "--state", "BY"}, 1, "in parts of it: --region A (Stadt Augsburg), --region KATH "
-                                                           "(Gemeinden mit \xC3\xBC" "berwiegend katholischer "
-                                                           "Bev\xC3\xB6lkerung)\n"},
-        {{"is-holiday", "2024-05-30", "--state", "SN"}, 1, "not a public holiday in all of SN; it is one in parts of "
-                                                           "it: --region BZ (Die von der s\xC3\xA4" "chsischen"},
+        {{"is-holiday", "2024-08-08", "--state", "BY"},
+         1,
+         "Augsburger Hohes Friedensfest (BY-A)\n"
+         "not a public holiday in all of BY; it is one in parts of it: "
+         "--region A (Stadt Augsburg)\n"},
+        {{"is-holiday", "2026-08-15", "--state", "BY"},
+         1,
+         "in parts of it: --region A (Stadt Augsburg), --region KATH "
+         "(Gemeinden mit \xC3\xBC"
+         "berwiegend katholischer "
+         "Bev\xC3\xB6lkerung)\n"},
+        {{"is-holiday", "2024-05-30", "--state", "SN"},
+         1,
+         "not a public holiday in all of SN; it is one in parts of "
+         "it: --region BZ (Die von der s\xC3\xA4"
+         "chsischen"},
         {{"is-holiday", "2024-05-30", "--state", "TH"}, 1, "--region EIC (Landkreis Eichsfeld"},
         {{"is-holiday", "2024-05-30", "--state", "TH", "--region", "UH"}, 0, "a public holiday in TH-UH\n"},
         {{"is-holiday", "2026-08-15", "--state", "HB"}, 1, "not a public holiday in HB\n"},
-        {{"is-holiday", "2024-08-08"}, 0, "Friedensfest"},   // without a state: anywhere
+        {{"is-holiday", "2024-08-08"}, 0, "Friedensfest"}, // without a state: anywhere
         {{"is-holiday", "2019-03-08", "--state", "BE"}, 0, "Internationaler Frauentag (BE)"},
         {{"is-holiday", "2024-05-30", "--state", "ST"}, 1, "not a public holiday in ST"},
         {{"is-holiday", "2024-05-30", "--state", "ST", "--classic"}, 0, "a public holiday in ST"},

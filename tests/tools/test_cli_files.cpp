@@ -13,24 +13,40 @@ TEST(CliFiles, ParseShowsThePartsAndForms)
 {
     const auto r = runKzbs({"path", "parse", "C:\\Prog\\M\xC3\xBCll\\x.tar.gz", "\\\\srv\\share\\f"});
     EXPECT_EQ(r.status, 0) << r.err;
-    for (const char* line : {"base name:   x.tar\n", "windows:     C:\\Prog\\M\xC3\xBCll\\x.tar.gz\n",
-                             "normalised:  //srv/share/f\n"})
+    for (const char* line :
+         {"base name:   x.tar\n", "windows:     C:\\Prog\\M\xC3\xBCll\\x.tar.gz\n", "normalised:  //srv/share/f\n"})
         EXPECT_NE(r.out.find(line), std::string::npos) << line << r.out;
 }
 
 TEST(CliFiles, RelAbsParamAndSymbols)
 {
     const std::string file = "/tmp/kzbs-cli-files-" + std::to_string(::getpid()) + ".dat";
-    std::ofstream(file, std::ios::binary) << "DATA=<SYS_BASEDIR>Data/\n\xDC" "BER=/\xFC" "ber\n";
-    const struct { std::vector<std::string> args; int status; std::string out; } cases[] = {
-        {{"path", "rel", "C:/Prog/Out/x.txt", "--base", "C:\\Prog\\Data"}, 0, "../Out/x.txt\n"},
-        {{"path", "rel", "D:/x", "--base", "C:/Prog"}, 1, "D:/x\n"},
-        {{"path", "abs", "/tmp/../tmp/./"}, 0, "/tmp\n"},
-        {{"path", "abs", "<\xC3\x9C" "BER>/f", "--base", "/", "--symbols", file}, 0, "/\xC3\xBC" "ber/f\n"},
-        {{"path", "param", "/b/Data/x", "/c/y", "--symbol", "DATA", "--base", "/b", "--symbols", file}, 1,
-         "<DATA>/x\n/c/y\n"},
-        {{"symbols", file, "--base", "/b"}, 0,
-         "DATA = <SYS_BASEDIR>Data/ (/b/Data/)\nSYS_BASEDIR = /b/ (/b/)\n\xC3\x9C" "BER = /\xC3\xBC" "ber (/\xC3\xBC" "ber)\n"}};
+    std::ofstream(file, std::ios::binary) << "DATA=<SYS_BASEDIR>Data/\n\xDC"
+                                             "BER=/\xFC"
+                                             "ber\n";
+    const struct {
+        std::vector<std::string> args;
+        int status;
+        std::string out;
+    } cases[] = {{{"path", "rel", "C:/Prog/Out/x.txt", "--base", "C:\\Prog\\Data"}, 0, "../Out/x.txt\n"},
+                 {{"path", "rel", "D:/x", "--base", "C:/Prog"}, 1, "D:/x\n"},
+                 {{"path", "abs", "/tmp/../tmp/./"}, 0, "/tmp\n"},
+                 {{"path", "abs",
+                   "<\xC3\x9C"
+                   "BER>/f",
+                   "--base", "/", "--symbols", file},
+                  0,
+                  "/\xC3\xBC"
+                  "ber/f\n"},
+                 {{"path", "param", "/b/Data/x", "/c/y", "--symbol", "DATA", "--base", "/b", "--symbols", file},
+                  1,
+                  "<DATA>/x\n/c/y\n"},
+                 {{"symbols", file, "--base", "/b"},
+                  0,
+                  "DATA = <SYS_BASEDIR>Data/ (/b/Data/)\nSYS_BASEDIR = /b/ (/b/)\n\xC3\x9C"
+                  "BER = /\xC3\xBC"
+                  "ber (/\xC3\xBC"
+                  "ber)\n"}};
     for (const auto& c : cases) {
         const auto r = runKzbs(c.args);
         EXPECT_EQ(r.status, c.status) << c.args[1] << ' ' << c.args[2] << r.err;
@@ -44,7 +60,9 @@ TEST(CliFiles, SymbolFilesMustBeTextWithoutCycles)
 {
     kzbs_test::TempFolder dir;
     const std::string file = dir / "symbols.dat";
-    const struct { std::string text, message; } cases[] = {
+    const struct {
+        std::string text, message;
+    } cases[] = {
         {"L=<L>x\n", "defines symbols in a cycle, <L> -> <L>,"},
         {"A=<B>/x B=<C>\nC=<A>y D=<A>\n", "<A> -> <B> -> <C> -> <A>"},
         {"SYS_BASEDIR=<DATA> DATA=<SYS_BASEDIR>/d\n", "<DATA> -> <SYS_BASEDIR> -> <DATA>"},
@@ -65,9 +83,13 @@ TEST(CliFiles, SymbolFilesMustBeTextWithoutCycles)
 
 TEST(CliFiles, BadInputIsOneLineOnStderr)
 {
-    const std::vector<std::string> cases[] = {
-        {"path"}, {"path", "frob", "x"}, {"path", "rel", "/x"}, {"path", "param", "x", "--symbol", "NOPE"},
-        {"path", "parse", "x", "--symbols", "/no/such/file"}, {"symbols"}, {"path", "parse", "x", "--frob"}};
+    const std::vector<std::string> cases[] = {{"path"},
+                                              {"path", "frob", "x"},
+                                              {"path", "rel", "/x"},
+                                              {"path", "param", "x", "--symbol", "NOPE"},
+                                              {"path", "parse", "x", "--symbols", "/no/such/file"},
+                                              {"symbols"},
+                                              {"path", "parse", "x", "--frob"}};
     for (const auto& args : cases) {
         const auto r = runKzbs(args);
         EXPECT_EQ(r.status, 2) << args.back();

@@ -33,11 +33,15 @@ TEST(CliMain, UnknownCommandIsAnErrorOnStderr)
 // looks like a negative number is an ordinary argument.
 TEST(CliMain, WordsReachTheCommandAsTyped)
 {
-    const struct { std::vector<std::string> args; std::string input, out; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        std::string input, out;
+    } cases[] = {
         {{"grep", "--", "-x"}, "a\nb-x\n", "b-x\n"},
         {{"grep", "easter"}, "easter\nholidays\n", "easter\n"},
         {{"number", "-1234.5"}, "", "-1.234,5\n"},
-        {{"holidays", "2010-10-03", "--state", "HB", "2010-10-03", "--format", "csv"}, "",
+        {{"holidays", "2010-10-03", "--state", "HB", "2010-10-03", "--format", "csv"},
+         "",
          "date,weekday,name,states\n2010-10-03,Sonntag,Tag der Deutschen Einheit,alle\n"},
     };
     for (const auto& c : cases) {
@@ -75,7 +79,10 @@ TEST(CliMain, HelpEndsWithExamples)
 
 TEST(CliMain, ParseErrorsAreOneLineWithExitTwo)
 {
-    const struct { std::vector<std::string> args; const char* message; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* message;
+    } cases[] = {
         {{"--frob"}, "kzbs: unknown option --frob"},
         {{"easter", "--frob", "2024"}, "kzbs: unknown option --frob"},
         {{"holidays", "--format"}, "kzbs: --format needs a value"},
@@ -109,25 +116,29 @@ TEST(CliMain, EveryCommandReceivesEachWordAsTyped)
     // W stands for the word. A positional word is also tried after "--"; an
     // option's value cannot be "--". `skip` lists words with another meaning
     // there ("-" for standard input, "" for the default symbol file).
-    const struct { std::vector<std::string> args; std::string shows; bool positional; std::vector<std::string> skip; }
-        cases[] = {
-            {{"easter", "W"}, "not a year: 'W'", true, {}},
-            {{"holidays", "W"}, "not a year: 'W'", true, {}},
-            {{"is-holiday", "W"}, "not a date: 'W'", true, {}},
-            {{"workdays", "2024", "W"}, "not a date: 'W'", true, {}},
-            {{"workday", "2024-01-01", "W"}, "not 'W'", true, {}},
-            {{"number", "W"}, "'W' is not a number", true, {}},
-            {{"grep", "x", "W"}, "W: no such file", true, {"-", ""}},
-            {{"path", "parse", "W"}, "name:        W\n", true, {}},
-            {{"symbols", "W"}, "symbol file W: no such file", true, {""}},
-            {{"ini", "get", ini, "S", "K", "W"}, "W\n", true, {}},
-            {{"ini", "sections", "W"}, "W: no such file", true, {"-", ""}},
-            {{"holidays", "--state", "W"}, "unknown federal state 'W'", false, {}},
-            {{"holidays", "--state", "BY", "--region", "W"}, "unknown region 'W'", false, {}},
-            {{"path", "param", "x", "--base", "/", "--symbol", "W"}, "symbol <W> is not defined", false, {}},
-            {{"decrypt", "--key-env", "W", "a", "b"}, "variable W is not set", false, {}},
-            {{"encrypt", "--key-file", "W", "a", "b"}, "W: no such file", false, {"-", ""}},
-        };
+    const struct {
+        std::vector<std::string> args;
+        std::string shows;
+        bool positional;
+        std::vector<std::string> skip;
+    } cases[] = {
+        {{"easter", "W"}, "not a year: 'W'", true, {}},
+        {{"holidays", "W"}, "not a year: 'W'", true, {}},
+        {{"is-holiday", "W"}, "not a date: 'W'", true, {}},
+        {{"workdays", "2024", "W"}, "not a date: 'W'", true, {}},
+        {{"workday", "2024-01-01", "W"}, "not 'W'", true, {}},
+        {{"number", "W"}, "'W' is not a number", true, {}},
+        {{"grep", "x", "W"}, "W: no such file", true, {"-", ""}},
+        {{"path", "parse", "W"}, "name:        W\n", true, {}},
+        {{"symbols", "W"}, "symbol file W: no such file", true, {""}},
+        {{"ini", "get", ini, "S", "K", "W"}, "W\n", true, {}},
+        {{"ini", "sections", "W"}, "W: no such file", true, {"-", ""}},
+        {{"holidays", "--state", "W"}, "unknown federal state 'W'", false, {}},
+        {{"holidays", "--state", "BY", "--region", "W"}, "unknown region 'W'", false, {}},
+        {{"path", "param", "x", "--base", "/", "--symbol", "W"}, "symbol <W> is not defined", false, {}},
+        {{"decrypt", "--key-env", "W", "a", "b"}, "variable W is not set", false, {}},
+        {{"encrypt", "--key-file", "W", "a", "b"}, "W: no such file", false, {"-", ""}},
+    };
     for (const auto& c : cases)
         for (const std::string& word : words) {
             if (std::find(c.skip.begin(), c.skip.end(), word) != c.skip.end() || (!c.positional && word == "--"))
@@ -162,8 +173,9 @@ TEST(CliMain, EveryCommandReceivesEachWordAsTyped)
 // in brackets.
 TEST(CliMain, BracketsKeepTheirMeaning)
 {
-    const struct { std::string pattern, input, out; } patterns[] = {
-        {"[0-9]", "ab\nz7\n", "z7\n"}, {"[a,b]", "x,y\nz\nb\n", "x,y\nb\n"}, {"a,b", "a,b\nab\n", "a,b\n"}};
+    const struct {
+        std::string pattern, input, out;
+    } patterns[] = {{"[0-9]", "ab\nz7\n", "z7\n"}, {"[a,b]", "x,y\nz\nb\n", "x,y\nb\n"}, {"a,b", "a,b\nab\n", "a,b\n"}};
     for (const auto& p : patterns)
         EXPECT_EQ(runKzbs({"grep", p.pattern}, p.input).out, p.out) << p.pattern;
 
@@ -187,7 +199,7 @@ TEST(CliMain, VersionAndArgumentsThatAreNotUtf8)
     kzbs_test::expectRefusal(runKzbs({"path", "parse", "caf\xE9"}), "'caf\\xE9' is not valid UTF-8");
     // A character Windows-1252 has not would become '?', a closure in a pattern.
     kzbs_test::expectRefusal(runKzbs({"grep", "a\xE2\x86\x92"}, "a\n"), "Windows-1252");
-    EXPECT_EQ(runKzbs({"grep", "--raw", "\xE9"}, "caf\xE9\n").out, "caf\xE9\n");   // --raw takes bytes
+    EXPECT_EQ(runKzbs({"grep", "--raw", "\xE9"}, "caf\xE9\n").out, "caf\xE9\n"); // --raw takes bytes
 }
 
 // Output that does not arrive is an error; a reader that goes away is not.
@@ -197,9 +209,13 @@ TEST(CliMain, OutputThatCannotBeWrittenIsAnError)
     const std::string full = dir / "full";
     if (::getuid() != 0 || ::mknod(full.c_str(), S_IFCHR | 0666, ::makedev(1, 7)) != 0)
         GTEST_SKIP() << "making a device node needs root";
-    const std::vector<std::string> commands[] = {
-        {"holidays", "2026", "--format", "ics"}, {"holidays", "2026"}, {"easter", "2024"}, {"grep", "a"},
-        {"number", "12.5"}, {"encrypt", "--key-env", "K", "-", "-"}, {"ini", "sections", dir / "x.ini"}};
+    const std::vector<std::string> commands[] = {{"holidays", "2026", "--format", "ics"},
+                                                 {"holidays", "2026"},
+                                                 {"easter", "2024"},
+                                                 {"grep", "a"},
+                                                 {"number", "12.5"},
+                                                 {"encrypt", "--key-env", "K", "-", "-"},
+                                                 {"ini", "sections", dir / "x.ini"}};
     kzbs_test::writeFile(dir / "x.ini", "[S]\nK=1\n");
     for (const auto& args : commands) {
         const auto r = runKzbs(args, "a\n", {"K=key"}, "", full);
@@ -212,7 +228,8 @@ TEST(CliMain, ClosedPipeEndsQuietly)
 {
     kzbs_test::TempFolder dir;
     const std::string command = "trap '' PIPE; " + kzbs_test::shellQuote(KZBS_EXE)
-        + " holidays 1990 2099 --format ics 2>" + (dir / "err") + " | head -c 1 >" + (dir / "out");
+                                + " holidays 1990 2099 --format ics 2>" + (dir / "err") + " | head -c 1 >"
+                                + (dir / "out");
     ASSERT_EQ(std::system(command.c_str()), 0);
     EXPECT_EQ(kzbs_test::readFile(dir / "err"), "");
 }

@@ -14,7 +14,10 @@ TEST(CliIni, SetThenGetSectionsAndEntries)
 {
     TempFolder dir;
     const std::string file = dir / "app.ini";
-    struct Step { std::vector<std::string> args; std::string out; };
+    struct Step {
+        std::vector<std::string> args;
+        std::string out;
+    };
     const Step steps[] = {
         {{"ini", "set", file, "Fenster", "Breite", "640"}, ""},
         {{"ini", "set", file, "K\xC3\xB6ln", "Dom", "gro\xC3\x9F \xE2\x82\xAC"}, ""},
@@ -34,14 +37,18 @@ TEST(CliIni, MistakesAreErrorsOnStderr)
     TempFolder dir;
     const std::string missing = dir / "missing.ini";
     kzbs_test::writeFile(dir / "plain", "x");
-    struct Case { std::vector<std::string> args; std::string message; };
+    struct Case {
+        std::vector<std::string> args;
+        std::string message;
+    };
     const Case cases[] = {
         {{"ini", "get", missing, "S", "K"}, "kzbs: " + missing + ": no such file"},
         {{"ini", "get", dir.path, "S", "K"}, "kzbs: " + dir.path + ": is a directory"},
         {{"ini", "sections", dir.path}, "kzbs: " + dir.path + ": is a directory"},
         {{"ini", "set", dir / "plain/x.ini", "S", "K", "V"}, "kzbs: cannot write " + dir / "plain/x.ini"},
         {{"ini", "get", "--force", dir / "plain", "S", "K"}, "kzbs: --force belongs to ini set"},
-        {{"ini", "set", dir / "plain", "S", "K", "caf\xC3\xA9 \xE2\x86\x92"}, "kzbs: 'caf\xC3\xA9 \xE2\x86\x92' holds a character"},
+        {{"ini", "set", dir / "plain", "S", "K", "caf\xC3\xA9 \xE2\x86\x92"},
+         "kzbs: 'caf\xC3\xA9 \xE2\x86\x92' holds a character"},
         {{"ini", "remove", missing}, "kzbs: unknown ini action 'remove'"},
         {{"folders", "extra"}, "kzbs: folders takes no arguments"},
     };
@@ -60,7 +67,10 @@ TEST(CliIni, SetRefusesToRewriteOtherLines)
 {
     TempFolder dir;
     const std::string file = dir / "app.ini";
-    const struct { std::string before, section, key, after; std::string lost; } cases[] = {
+    const struct {
+        std::string before, section, key, after;
+        std::string lost;
+    } cases[] = {
         {"[S]\nK=1\nx=2\n", "S", "K", "[S]\nK=5\nx=2\n", ""},
         {"[S]\nx=2\n", "S", "K", "[S]\nK=5\nx=2\n", ""},
         {"[S]\nx=2\n", "T", "K", "[S]\nx=2\n\n[T]\nK=5\n", ""},
@@ -107,7 +117,7 @@ TEST(CliPlatformHelper, AMissingHelperIsOneLineAndExitTwo)
     const std::string run = "LD_LIBRARY_PATH=" + kzbs_test::shellQuote(KZBS_CORE_DIR) + " " + (dir / "kzbs");
     ASSERT_EQ(std::system((run + " easter 2026 >" + (dir / "out") + " 2>&1").c_str()), 0);
     EXPECT_EQ(kzbs_test::readFile(dir / "out"), "2026-04-05\n");
-    const std::string where = std::filesystem::canonical(dir.path).string();   // as the system names it
+    const std::string where = std::filesystem::canonical(dir.path).string(); // as the system names it
     for (const char* command : {"folders", "ini"}) {
         const int status = std::system((run + " " + command + " >" + (dir / "out") + " 2>" + (dir / "err")).c_str());
         EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, 2) << command;

@@ -13,10 +13,14 @@ using kzbs_test::runKzbs;
 
 TEST(CliGrep, PrintsMatchingLinesWithOptions)
 {
-    struct Case { std::vector<std::string> args; std::string out; int status; } const cases[] = {
+    struct Case {
+        std::vector<std::string> args;
+        std::string out;
+        int status;
+    } const cases[] = {
         {{"grep", "-n", "^ba"}, "3:bar baz\n", 0},
-        {{"grep", "-o", "^."}, "h\nf\nb\nl\n", 0},       // an anchored pattern matches once per line
-        {{"grep", "t$"}, "last\n", 0},                    // '$' also ends an unterminated last line
+        {{"grep", "-o", "^."}, "h\nf\nb\nl\n", 0}, // an anchored pattern matches once per line
+        {{"grep", "t$"}, "last\n", 0},             // '$' also ends an unterminated last line
         {{"grep", "[0-9]"}, "", 1},
         {{"grep", "-n", "-o", "l+"}, "1:ll\n1:l\n4:l\n", 0},
     };
@@ -40,9 +44,9 @@ TEST(CliGrep, SeveralFilesArePrefixedAndMissingOnesReported)
     EXPECT_EQ(r.out, a + ":alpha\n" + a + ":beta\n" + a + ":alpha\n" + a + ":beta\n");
     r = runKzbs({"grep", "eta", "/nonexistent/kzbs-file", a});
     EXPECT_EQ(r.status, 2);
-    EXPECT_EQ(r.out, a + ":beta\n");   // the other files are still searched
+    EXPECT_EQ(r.out, a + ":beta\n"); // the other files are still searched
     EXPECT_EQ(r.err.rfind("kzbs: /nonexistent/kzbs-file: no such file", 0), 0u) << r.err;
-    r = runKzbs({"grep", "a", "/tmp"});   // a folder is an error, not "no match"
+    r = runKzbs({"grep", "a", "/tmp"}); // a folder is an error, not "no match"
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.err, "kzbs: /tmp: is a directory\n");
     std::remove(a.c_str());
@@ -73,7 +77,9 @@ TEST(CliGrep, LargeInputKeepsLinesAndNumbersAcrossReads)
 TEST(CliText, ErrorsExitTwoWithOneLineNamingTheReason)
 {
     const std::vector<std::string> cases[] = {
-        {"grep", "*a", "illegal pattern"}, {"grep", "a**", "too long"}, {"grep", "^?", "closure on an anchor"},
+        {"grep", "*a", "illegal pattern"},
+        {"grep", "a**", "too long"},
+        {"grep", "^?", "closure on an anchor"},
         {"grep", "--frobnicate", "unknown option --frobnicate"},
         {"number", "--frobnicate", "unknown option --frobnicate"},
     };
@@ -91,9 +97,13 @@ TEST(CliText, ErrorsExitTwoWithOneLineNamingTheReason)
 // as C1 controls and NULs, without a word from the library's converter.
 TEST(CliGrep, AnyByteInAFileIsPrinted)
 {
-    const auto r = runKzbs({"grep", "b"}, std::string("a\x81" "b\0c\x9D\n", 7));
+    const auto r = runKzbs({"grep", "b"}, std::string("a\x81"
+                                                      "b\0c\x9D\n",
+                                                      7));
     EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, std::string("a\xC2\x81" "b\0c\xC2\x9D\n", 9));
+    EXPECT_EQ(r.out, std::string("a\xC2\x81"
+                                 "b\0c\xC2\x9D\n",
+                                 9));
     EXPECT_EQ(r.err, "");
 }
 
@@ -119,8 +129,11 @@ kzbs_test::CliResult runPiped(const std::vector<std::string>& args, const std::s
 
 // UTF-8 text (a-umlaut, o-umlaut, u-umlaut, sharp s, euro sign), its last
 // line without a newline.
-const std::string kUtf8Text = "Gr\xC3\xBC\xC3\x9F" "e aus M\xC3\xBCnchen\nhallo Welt\nM\xC3\x9CNCHEN liegt\n"
-                              "Stra\xC3\x9F" "e\n\xE2\x82\xAC 5\nlast";
+const std::string kUtf8Text =
+    "Gr\xC3\xBC\xC3\x9F"
+    "e aus M\xC3\xBCnchen\nhallo Welt\nM\xC3\x9CNCHEN liegt\n"
+    "Stra\xC3\x9F"
+    "e\n\xE2\x82\xAC 5\nlast";
 
 struct GrepCase {
     std::vector<std::string> args;
@@ -145,15 +158,28 @@ void expectGrep(const GrepCase& c, bool piped)
 TEST(CliGrep, OptionsSelectCountAndPrintAsGrepDoes)
 {
     const GrepCase cases[] = {
-        {{"grep", "M\xC3\xBCnchen"}, kUtf8Text, "Gr\xC3\xBC\xC3\x9F" "e aus M\xC3\xBCnchen\n", 0},
-        {{"grep", "-i", "m\xC3\xBCNCHEN"}, kUtf8Text,
-         "Gr\xC3\xBC\xC3\x9F" "e aus M\xC3\xBCnchen\nM\xC3\x9CNCHEN liegt\n", 0},
-        {{"grep", "-i", "-i", "-o", "\xC3\x9Cn"}, kUtf8Text, "\xC3\xBCn\n\xC3\x9CN\n", 0},  // a flag twice is harmless
-        {{"grep", "-i", "STRASSE"}, kUtf8Text, "", 1},                                       // sharp s stays itself
-        {{"grep", "-i", "STRA\xC3\x9F" "E"}, kUtf8Text, "Stra\xC3\x9F" "e\n", 0},
+        {{"grep", "M\xC3\xBCnchen"},
+         kUtf8Text,
+         "Gr\xC3\xBC\xC3\x9F"
+         "e aus M\xC3\xBCnchen\n",
+         0},
+        {{"grep", "-i", "m\xC3\xBCNCHEN"},
+         kUtf8Text,
+         "Gr\xC3\xBC\xC3\x9F"
+         "e aus M\xC3\xBCnchen\nM\xC3\x9CNCHEN liegt\n",
+         0},
+        {{"grep", "-i", "-i", "-o", "\xC3\x9Cn"}, kUtf8Text, "\xC3\xBCn\n\xC3\x9CN\n", 0}, // a flag twice is harmless
+        {{"grep", "-i", "STRASSE"}, kUtf8Text, "", 1},                                     // sharp s stays itself
+        {{"grep", "-i",
+          "STRA\xC3\x9F"
+          "E"},
+         kUtf8Text,
+         "Stra\xC3\x9F"
+         "e\n",
+         0},
         {{"grep", "-v", "-n", "a"}, kUtf8Text, "3:M\xC3\x9CNCHEN liegt\n5:\xE2\x82\xAC 5\n", 0},
         {{"grep", "-c", "-v", "a"}, kUtf8Text, "2\n", 0},
-        {{"grep", "-c", "-o", "l"}, kUtf8Text, "3\n", 0},                                   // lines, not matches
+        {{"grep", "-c", "-o", "l"}, kUtf8Text, "3\n", 0}, // lines, not matches
         {{"grep", "-ic", "zzz"}, kUtf8Text, "0\n", 1},
         {{"grep", "-o", "-v", "a"}, kUtf8Text, "", 0},
         {{"grep", "-q", "a"}, kUtf8Text, "", 0},
@@ -163,8 +189,12 @@ TEST(CliGrep, OptionsSelectCountAndPrintAsGrepDoes)
         {{"grep", "-v", "a"}, std::string("a\0b\nc\nba", 9), "c\n", 0},
         {{"grep", "-n", "t$"}, kUtf8Text, "2:hallo Welt\n3:M\xC3\x9CNCHEN liegt\n6:last\n", 0},
         // -o prints the original characters of a match
-        {{"grep", "-o", "\xC3\xBC.e"}, kUtf8Text, "\xC3\xBC\xC3\x9F" "e\n", 0},
-        {{"grep", "-o", "^."}, "\xCE\xB1\xCE\xB2\nab\n", "\xCE\xB1\na\n", 0},   // alpha: no Windows-1252 byte
+        {{"grep", "-o", "\xC3\xBC.e"},
+         kUtf8Text,
+         "\xC3\xBC\xC3\x9F"
+         "e\n",
+         0},
+        {{"grep", "-o", "^."}, "\xCE\xB1\xCE\xB2\nab\n", "\xCE\xB1\na\n", 0}, // alpha: no Windows-1252 byte
         {{"grep", "\xE2\x82\xAC"}, kUtf8Text, "\xE2\x82\xAC 5\n", 0},
         // classes compare the low seven bits: a-umlaut is a d, superscript two a 2
         {{"grep", "-o", "B[a-z]r"}, "B\xC3\xA4r\nBor\n", "B\xC3\xA4r\nBor\n", 0},
@@ -189,7 +219,12 @@ TEST(CliGrep, EncodingsDecideHowLinesAreMatchedAndPrinted)
         {{"grep", "-c", "\xC3\x83"}, late, "200000\n", 0},
         {{"grep", "\xC3\xBC"}, late, "\xC3\xBC\n", 0},
         {{"grep", "M\xC3\xBCnchen"}, "M\xFCnchen\n", "M\xC3\xBCnchen\n", 0},
-        {{"grep", "--encoding", "utf-8", "a.b"}, "a\xFC" "b\n", "a\xFC" "b\n", 0},
+        {{"grep", "--encoding", "utf-8", "a.b"},
+         "a\xFC"
+         "b\n",
+         "a\xFC"
+         "b\n",
+         0},
         {{"grep", "--encoding", "cp1252", "\xC3\x83\xC2\xBC"}, "Gr\xC3\xBC\n", "Gr\xC3\x83\xC2\xBC\n", 0},
         {{"grep", "--encoding", "raw", "\xC3\xBC"}, "Gr\xC3\xBC\nGr\xFC\n", "Gr\xC3\xBC\n", 0},
         {{"grep", "--raw", "\xFC"}, "Gr\xC3\xBC\nGr\xFC\n", "Gr\xFC\n", 0},
@@ -203,8 +238,12 @@ TEST(CliGrep, EncodingsDecideHowLinesAreMatchedAndPrinted)
 
 TEST(CliGrep, RefusesPatternsAndEncodingsItCannotHonour)
 {
-    const struct { std::vector<std::string> args; std::string message; } cases[] = {
-        {{"grep", "a\xC2\xAB"}, "pattern character '\xC2\xAB' is byte 0xAB in Windows-1252, which the matcher reads as its token '+'"},
+    const struct {
+        std::vector<std::string> args;
+        std::string message;
+    } cases[] = {
+        {{"grep", "a\xC2\xAB"},
+         "pattern character '\xC2\xAB' is byte 0xAB in Windows-1252, which the matcher reads as its token '+'"},
         {{"grep", "\xC3\x9B"}, "token '['"},
         {{"grep", "\xCE\xB1"}, "pattern character '\xCE\xB1' is not in Windows-1252"},
         {{"grep", "--encoding", "latin1", "a"}, "unknown encoding 'latin1'"},
@@ -223,7 +262,11 @@ TEST(CliGrep, ExitStatusAcrossSeveralInputs)
     const std::string a = dir.path + "/a", b = dir.path + "/b", missing = dir.path + "/missing";
     kzbs_test::writeFile(a, "alpha\nbeta\n");
     kzbs_test::writeFile(b, "gamma\n");
-    const struct { std::vector<std::string> args; std::string out; int status; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        std::string out;
+        int status;
+    } cases[] = {
         {{"grep", "-c", "a", a, "-", b}, a + ":2\n(standard input):1\n" + b + ":1\n", 0},
         {{"grep", "-l", "et", a, b, "-"}, a + "\n", 0},
         {{"grep", "-n", "mm", a, b}, b + ":1:gamma\n", 0},
@@ -241,7 +284,10 @@ TEST(CliGrep, ExitStatusAcrossSeveralInputs)
 
 TEST(CliNumber, RefusesWhatIsNoNumber)
 {
-    const struct { std::vector<std::string> args; std::string input, message; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        std::string input, message;
+    } cases[] = {
         {{"number", "12.5", "abc"}, "", "'abc' is not a number"},
         {{"number", "1.2.3"}, "", "'1.2.3' is not a number"},
         {{"number", "12abc"}, "", "'12abc' is not a number"},

@@ -4,13 +4,15 @@
 
 #include <gtest/gtest.h>
 
-
 using kzbs_test::runKzbs;
 
 namespace {
 
 // The first word of the output.
-std::string firstWord(const std::string& text) { return text.substr(0, text.find_first_of(" \n")); }
+std::string firstWord(const std::string& text)
+{
+    return text.substr(0, text.find_first_of(" \n"));
+}
 
 std::vector<std::string> with(std::vector<std::string> args, const std::vector<std::string>& more)
 {
@@ -22,18 +24,21 @@ std::vector<std::string> with(std::vector<std::string> args, const std::vector<s
 
 TEST(CliWorkdays, CountsByStateWeekAndRuleSet)
 {
-    const struct { std::vector<std::string> args; const char* count; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* count;
+    } cases[] = {
         // 2024: 262 weekdays; 9 nationwide holidays fall on them
         {{"2024", "2024"}, "253"},
-        {{"2024-01-01", "2024-12-31", "--state", "BY"}, "251"},           // + Fronleichnam, Allerheiligen
-        {{"2024", "2024", "--state", "BY", "--classic"}, "250"},          // + Mariae Himmelfahrt
+        {{"2024-01-01", "2024-12-31", "--state", "BY"}, "251"},  // + Fronleichnam, Allerheiligen
+        {{"2024", "2024", "--state", "BY", "--classic"}, "250"}, // + Mariae Himmelfahrt
         {{"2024", "2024", "--state", "BY", "--region", "A", "--week", "6", "--eves-off"}, "298"},
         {{"2024-12-23", "2024-12-31", "--state", "BE"}, "5"},
         {{"2024-12-23", "2024-12-31", "--state", "BE", "--eves-off"}, "3"},
         {{"2024-12-23", "2024-12-31", "--state", "BE", "--week", "6"}, "6"},
         {{"2024-05-30", "2024-05-30", "--state", "ST"}, "1"},
         {{"2024-05-30", "2024-05-30", "--state", "ST", "--classic"}, "0"},
-        {{"1989-10-03", "1989-10-03", "--classic"}, "0"},                 // the classic table's every year
+        {{"1989-10-03", "1989-10-03", "--classic"}, "0"}, // the classic table's every year
     };
     for (const auto& c : cases) {
         const auto r = runKzbs(with({"workdays"}, c.args));
@@ -45,7 +50,10 @@ TEST(CliWorkdays, CountsByStateWeekAndRuleSet)
 // The line names what was counted: one day or several, and which holidays.
 TEST(CliWorkdays, TheLineSaysWhatWasCounted)
 {
-    const struct { std::vector<std::string> args; const char* line; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* line;
+    } cases[] = {
         {{"workdays", "2024-05-30", "2024-05-30"},
          "1 working day from 2024-05-30 to 2024-05-30 (Monday-Friday, nationwide holidays by law)\n"},
         {{"workdays", "2024-05-30", "2024-05-30", "--state", "BY"},
@@ -62,7 +70,10 @@ TEST(CliWorkdays, TheLineSaysWhatWasCounted)
 
 TEST(CliWorkday, StepsForwardAndBack)
 {
-    const struct { std::vector<std::string> args; const char* date; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* date;
+    } cases[] = {
         {{"2024-12-23", "1"}, "2024-12-24"},
         {{"2024-12-23", "1", "--eves-off"}, "2024-12-27"},
         {{"2024-01-02", "-3", "--state", "BY"}, "2023-12-27"},
@@ -81,7 +92,10 @@ TEST(CliWorkday, StepsForwardAndBack)
 
 TEST(CliWorkdays, MistakesAreOneLineWithExitTwo)
 {
-    const struct { std::vector<std::string> args; const char* message; } cases[] = {
+    const struct {
+        std::vector<std::string> args;
+        const char* message;
+    } cases[] = {
         {{"workdays", "2024"}, "FROM TO"},
         {{"workdays", "2024-02-01", "2024-01-01"}, "ends before it begins"},
         {{"workdays", "1989", "1990"}, "--classic"},

@@ -38,11 +38,18 @@ protected:
         const std::string key = m_dir / "key", big = m_dir / "big", encrypted = m_dir / "big.enc";
         const std::string value(64 * 1024, 'v');
         return {
-            {"encrypt", [=](const std::string& t) { return std::vector<std::string>{"encrypt", "--key-file", key, big, t}; },
+            {"encrypt",
+             [=](const std::string& t) {
+                 return std::vector<std::string>{"encrypt", "--key-file", key, big, t};
+             },
              [](const std::string& c) { return c.compare(0, 4, "RCBC") == 0; }},
-            {"decrypt", [=](const std::string& t) { return std::vector<std::string>{"decrypt", "--key-file", key, encrypted, t}; },
+            {"decrypt",
+             [=](const std::string& t) {
+                 return std::vector<std::string>{"decrypt", "--key-file", key, encrypted, t};
+             },
              [](const std::string& c) { return c == std::string(64 * 1024, 'x'); }},
-            {"ini set", [=](const std::string& t) { return std::vector<std::string>{"ini", "set", t, "S", "K", value}; },
+            {"ini set",
+             [=](const std::string& t) { return std::vector<std::string>{"ini", "set", t, "S", "K", value}; },
              [=](const std::string& c) { return c == "[S]\nK=" + value + "\n"; }},
         };
     }

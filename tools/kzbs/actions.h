@@ -15,9 +15,9 @@ namespace kzbs {
 template <typename Request>
 struct Action {
     const char* name;
-    const char* words;              // what follows the name, for messages: "FILE SECTION KEY [DEFAULT]"
-    std::size_t least, most;        // how many words may follow
-    int (*run)(const Request& request, const std::vector<std::string>& words);   // the words after the name
+    const char* words;       // what follows the name, for messages: "FILE SECTION KEY [DEFAULT]"
+    std::size_t least, most; // how many words may follow
+    int (*run)(const Request& request, const std::vector<std::string>& words); // the words after the name
 };
 
 constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();

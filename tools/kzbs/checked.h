@@ -18,7 +18,10 @@ struct Refusal {
     std::string message;
 };
 
-inline Refusal refuse(std::string message) { return {std::move(message)}; }
+inline Refusal refuse(std::string message)
+{
+    return {std::move(message)};
+}
 
 template <typename T>
 class Checked {

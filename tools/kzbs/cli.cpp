@@ -16,7 +16,10 @@ namespace kzbs {
 
 namespace {
 
-bool looksLikeOption(const std::string& word) { return word.size() > 1 && word[0] == '-'; }
+bool looksLikeOption(const std::string& word)
+{
+    return word.size() > 1 && word[0] == '-';
+}
 
 // CLI11's messages may span lines; kzbs reports every error on one.
 std::string oneLine(std::string text)
@@ -43,8 +46,10 @@ std::size_t utf8Length(const std::string& text, std::size_t at)
     const unsigned char lead = byte(at);
     if (lead < 0x80)
         return 1;
-    const std::size_t length = lead >= 0xC2 && lead <= 0xDF ? 2 : lead >= 0xE0 && lead <= 0xEF ? 3
-                             : lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
+    const std::size_t length = lead >= 0xC2 && lead <= 0xDF   ? 2
+                               : lead >= 0xE0 && lead <= 0xEF ? 3
+                               : lead >= 0xF0 && lead <= 0xF4 ? 4
+                                                              : 0;
     if (length == 0 || at + length > text.size())
         return 0;
     for (std::size_t i = at + 1; i < at + length; ++i)
@@ -66,7 +71,10 @@ const char* const kHelpUsage =
     "example:\n"
     "  kzbs help holidays\n";
 
-bool isHelpWord(const std::string& word) { return word == "help" || word == "--help" || word == "-h"; }
+bool isHelpWord(const std::string& word)
+{
+    return word == "help" || word == "--help" || word == "-h";
+}
 
 // An option that takes one value, given more than once: kzbs will not guess
 // which one was meant. Flags and options that collect values may repeat.
@@ -87,7 +95,10 @@ std::string joinValues(const std::vector<std::string>& values)
     return text;
 }
 
-bool undefinedInWindows1252(unsigned char c) { return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D; }
+bool undefinedInWindows1252(unsigned char c)
+{
+    return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D;
+}
 
 // std::cout for the time a command runs: it writes to file descriptor 1 and
 // keeps the reason of the first write that failed (the disk full, the device
@@ -177,8 +188,8 @@ void Program::printOverview(std::ostream& out) const
     out << "commands:\n";
     for (const CLI::App* command : m_app.get_subcommands([](const CLI::App*) { return true; })) {
         const std::string& name = command->get_name();
-        out << "  " << name << std::string(name.size() < 12 ? 12 - name.size() : 1, ' ')
-            << command->get_description() << '\n';
+        out << "  " << name << std::string(name.size() < 12 ? 12 - name.size() : 1, ' ') << command->get_description()
+            << '\n';
     }
     out << "  help        the list of commands, or how one is used (kzbs help COMMAND)\n";
 }
@@ -253,7 +264,7 @@ int Program::dispatch(int argc, char** argv)
     const auto marker = std::find(args.begin(), args.end(), "--");
     std::vector<std::string> afterMarker(marker == args.end() ? marker : marker + 1, args.end());
     args.erase(marker, args.end());
-    std::reverse(args.begin(), args.end());   // CLI11 takes its arguments last first
+    std::reverse(args.begin(), args.end()); // CLI11 takes its arguments last first
     try {
         m_app.parse(args);
     } catch (const CLI::CallForHelp&) {
@@ -285,7 +296,8 @@ int Program::runCommand(const CLI::App& command, const std::vector<std::string>&
         list = words->second.first->results();
         list.insert(list.end(), afterMarker.begin(), afterMarker.end());
     } else if (!afterMarker.empty()) {
-        return fail("unexpected argument '" + printable(afterMarker.front()) + "' (see kzbs " + command.get_name() + " --help)");
+        return fail("unexpected argument '" + printable(afterMarker.front()) + "' (see kzbs " + command.get_name()
+                    + " --help)");
     }
     try {
         return m_runs[command.get_name()]();

@@ -160,7 +160,7 @@ void printMonth(unsigned year, unsigned month, const std::vector<DatedHoliday>& 
     }
     for (const auto& [holiday, mark] : named) {
         std::string cell = dayCell(holiday->date.DayOfMonth(), mark, color);
-        if (cell.back() == ' ')   // a coloured day has no marker to separate
+        if (cell.back() == ' ') // a coloured day has no marker to separate
             cell.pop_back();
         std::cout << cell << ' ' << toTerminal(holiday->name) << " (" << whereText(rowOf(*holiday)) << ")\n";
     }
@@ -190,8 +190,7 @@ Checked<Months> parseMonths(const std::vector<std::string>& words, YearSpan span
     if (dash == std::string::npos)
         return Months{KZDate(1, 1, year.value()), 12u};
     const std::string month = word.substr(dash + 1);
-    if (month.size() != 2 || month.find_first_not_of("0123456789") != std::string::npos || month < "01"
-        || month > "12")
+    if (month.size() != 2 || month.find_first_not_of("0123456789") != std::string::npos || month < "01" || month > "12")
         return refuse("not a month: '" + word + "' (use YYYY-MM, such as 2026-08)");
     return Months{KZDate(1, static_cast<unsigned>(std::stoul(month)), year.value()), 1u};
 }
@@ -224,7 +223,7 @@ Checked<int> parseCount(const std::vector<std::string>& words)
         return 1;
     const std::string& text = words[0];
     const bool number = words.size() == 1 && !text.empty() && text.size() <= 4
-        && text.find_first_not_of("0123456789") == std::string::npos;
+                        && text.find_first_not_of("0123456789") == std::string::npos;
     const int count = number ? std::stoi(text) : 0;
     if (count < 1 || count > kMostHolidays)
         return refuse(words.size() > 1 ? "next takes one number N (see kzbs next --help)"

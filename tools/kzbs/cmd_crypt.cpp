@@ -91,7 +91,10 @@ struct Request {
     std::string in, out;
 };
 
-std::string describe(const std::string& path) { return path == "-" ? "standard input" : path; }
+std::string describe(const std::string& path)
+{
+    return path == "-" ? "standard input" : path;
+}
 
 // Reads all of a file (or standard input for "-"); refuses more than `limit` bytes.
 bool readAll(const std::string& path, std::uint64_t limit, std::string& data, std::string& error,
@@ -198,13 +201,16 @@ Checked<std::string> checkKey(const std::string& key, KZCrypt::KeySize size, boo
     // Without the byte table the library cannot represent some characters
     // and would encrypt with an all-zero key without a word.
     if (KZCrypt::keyBytes(key, size, false).empty())
-        return refuse("the key contains a control character (below 0x10) that the key conversion cannot "
-                      "represent; use --byte-table");
-    const bool ascii = std::none_of(key.begin(), key.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+        return refuse(
+            "the key contains a control character (below 0x10) that the key conversion cannot "
+            "represent; use --byte-table");
+    const bool ascii =
+        std::none_of(key.begin(), key.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     if (encrypt && !ascii)
-        return refuse("the key contains letters outside ASCII (such as umlauts), which the key conversion "
-                      "does not keep apart; use a key of ASCII characters, or --byte-table (and give "
-                      "--byte-table to decrypt too)");
+        return refuse(
+            "the key contains letters outside ASCII (such as umlauts), which the key conversion "
+            "does not keep apart; use a key of ASCII characters, or --byte-table (and give "
+            "--byte-table to decrypt too)");
     return key;
 }
 
@@ -248,8 +254,9 @@ public:
 protected:
     pos_type seekoff(off_type off, std::ios_base::seekdir dir, std::ios_base::openmode) override
     {
-        const off_type base = dir == std::ios_base::beg ? 0 : dir == std::ios_base::cur ? gptr() - eback()
-                                                                                          : egptr() - eback();
+        const off_type base = dir == std::ios_base::beg   ? 0
+                              : dir == std::ios_base::cur ? gptr() - eback()
+                                                          : egptr() - eback();
         const off_type target = base + off;
         if (target < 0 || target > egptr() - eback())
             return pos_type(off_type(-1));
@@ -266,7 +273,7 @@ protected:
 // library reads it.
 Checked<KZCrypt::StreamHeader> readHeader(const std::string& data, const std::string& name)
 {
-    KZCrypt::StreamHeader header {};
+    KZCrypt::StreamHeader header{};
     const bool complete = KZCrypt::readStreamHeader(data.data(), data.size(), header);
     if (data.size() < 4 || data.compare(0, 4, "RCBC") != 0)
         return refuse(name + " is not an encrypted stream (its tag is not \"RCBC\")");
@@ -275,13 +282,14 @@ Checked<KZCrypt::StreamHeader> readHeader(const std::string& data, const std::st
     const std::uint32_t plain = header.bufferSize, crypted = header.cryptedSize;
     if (crypted % 16 != 0 || crypted < plain)
         return refuse(name + " is damaged: its sizes (" + std::to_string(plain) + ", " + std::to_string(crypted)
-            + ") do not fit together");
+                      + ") do not fit together");
     const std::uint64_t present = data.size() - KZCrypt::kStreamHeaderSize;
     if (present < crypted)
         return refuse(name + " is truncated: " + std::to_string(present) + " of " + std::to_string(crypted)
-            + " bytes of encrypted data");
+                      + " bytes of encrypted data");
     if (present > crypted)
-        return refuse(name + " has " + std::to_string(present - crypted) + " unexpected bytes after the encrypted data");
+        return refuse(name + " has " + std::to_string(present - crypted)
+                      + " unexpected bytes after the encrypted data");
     return header;
 }
 
@@ -296,7 +304,8 @@ int encrypt(const Words& words)
     crypt.setBuffer(data);
     std::string().swap(data);
     crypt.encode();
-    if (!writeOut(request.out, [&](std::ostream& out) { return crypt.writeEncrypted(out); }, error))
+    if (!writeOut(
+            request.out, [&](std::ostream& out) { return crypt.writeEncrypted(out); }, error))
         return fail(error);
     return 0;
 }
@@ -319,8 +328,9 @@ int decrypt(const Words& words)
     progress(crypt.getCryptedSize(), "decrypting");
     crypt.decode();
     if (!words.force && !crypt.hasSpacePadding())
-        return fail("the decrypted data does not end in the format's padding of spaces: the key or --bits "
-                    "is wrong (--force writes the data anyway)");
+        return fail(
+            "the decrypted data does not end in the format's padding of spaces: the key or --bits "
+            "is wrong (--force writes the data anyway)");
     const auto emit = [&](std::ostream& out) {
         out.write(crypt.getBuffer(), static_cast<std::streamsize>(crypt.getBufferSize()));
         return !out.fail();
@@ -333,18 +343,17 @@ int decrypt(const Words& words)
 std::string helpText(bool encrypt)
 {
     return std::string(encrypt ? kEncryptHead : kDecryptHead) + kHelpTail
-        + (encrypt ? kEncryptExamples : kDecryptExamples);
+           + (encrypt ? kEncryptExamples : kDecryptExamples);
 }
 
 void addCommand(Program& program, bool encrypt)
 {
     static const std::string encryptHelp = helpText(true), decryptHelp = helpText(false);
     auto words = std::make_shared<Words>();
-    CLI::App& command = encrypt
-        ? program.add("encrypt", "encrypt a file into the tagged stream format", encryptHelp.c_str(),
-                      [words] { return kzbs::encrypt(*words); })
-        : program.add("decrypt", "decrypt a tagged stream back into the original bytes", decryptHelp.c_str(),
-                      [words] { return kzbs::decrypt(*words); });
+    CLI::App& command = encrypt ? program.add("encrypt", "encrypt a file into the tagged stream format",
+                                              encryptHelp.c_str(), [words] { return kzbs::encrypt(*words); })
+                                : program.add("decrypt", "decrypt a tagged stream back into the original bytes",
+                                              decryptHelp.c_str(), [words] { return kzbs::decrypt(*words); });
     command.add_option("--bits", words->bits)->check(CLI::IsMember({"128", "192", "256"}));
     addOptional(command, "--key-file", words->keyFile);
     addOptional(command, "--key-env", words->keyEnv);

@@ -131,7 +131,7 @@ int holidays(const HolidayRequest& request)
 std::string holidayLine(const HolidayRow& row)
 {
     return isoDate(row.date) + " " + weekdayName(row.date) + ": " + toTerminal(row.name) + " (" + whereText(row)
-        + ")\n";
+           + ")\n";
 }
 
 // How many holidays fall on a date anywhere, and whether one of them holds at
@@ -167,7 +167,7 @@ std::string partsText(const Place& place, const std::vector<const HolidayRegion*
                                                   + "; it is one in other parts of " + state + ": ";
     for (size_t i = 0; i < regions.size(); ++i)
         text += std::string(i ? ", " : "") + "--region " + regions[i]->code + " (" + toTerminal(regions[i]->description)
-            + ")";
+                + ")";
     return text;
 }
 
@@ -206,8 +206,7 @@ int isHoliday(const HolidayRequest& request)
     if (place.land != XX && !answer.inParts.empty())
         std::cout << partsText(place, answer.inParts) << '\n';
     else if (place.land != XX)
-        std::cout << (answer.here ? "a public holiday in " : "not a public holiday in ") << placeName(place)
-                  << '\n';
+        std::cout << (answer.here ? "a public holiday in " : "not a public holiday in ") << placeName(place) << '\n';
     return answer.here ? 0 : 1;
 }
 
@@ -230,24 +229,23 @@ void addDateCommands(Program& program)
 {
     auto list = std::make_shared<HolidayRequest>();
     CLI::App& holidaysCommand =
-        program.add("holidays", "public holidays of a year or period, per federal state and region",
-                    kHolidaysHelp, [list] { return holidays(*list); });
+        program.add("holidays", "public holidays of a year or period, per federal state and region", kHolidaysHelp,
+                    [list] { return holidays(*list); });
     addPlaceOptions(holidaysCommand, list->place);
     holidaysCommand.add_option("--format", list->format)->check(CLI::IsMember({"text", "csv", "json", "ics"}));
     addOptional(holidaysCommand, "--calendar-name", list->calendarName);
     program.addWords(holidaysCommand, list->words);
 
     auto query = std::make_shared<HolidayRequest>();
-    CLI::App& isHolidayCommand =
-        program.add("is-holiday", "whether a date is a public holiday (exit 0: yes, 1: no)", kIsHolidayHelp,
-                    [query] { return isHoliday(*query); });
+    CLI::App& isHolidayCommand = program.add("is-holiday", "whether a date is a public holiday (exit 0: yes, 1: no)",
+                                             kIsHolidayHelp, [query] { return isHoliday(*query); });
     addPlaceOptions(isHolidayCommand, query->place);
     program.addWords(isHolidayCommand, query->words);
 
     auto years = std::make_shared<std::vector<std::string>>();
-    program.addWords(program.add("easter", "Easter Sunday of one or more years", kEasterHelp,
-                                 [years] { return easter(*years); }),
-                     *years);
+    program.addWords(
+        program.add("easter", "Easter Sunday of one or more years", kEasterHelp, [years] { return easter(*years); }),
+        *years);
 }
 
 } // namespace kzbs

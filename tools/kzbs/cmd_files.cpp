@@ -94,7 +94,7 @@ std::vector<std::string> references(const std::string& value)
 // library would expand without end; "" when there is none.
 std::string cycleIn(const std::map<std::string, std::string>& symbols)
 {
-    std::map<std::string, int> state;   // 1 on the current path, 2 done
+    std::map<std::string, int> state; // 1 on the current path, 2 done
     std::vector<std::string> path;
     std::function<std::string(const std::string&)> visit = [&](const std::string& name) -> std::string {
         state[name] = 1;
@@ -151,12 +151,15 @@ std::string loadEnvironment(const std::optional<std::string>& base, const std::o
     const std::string cycle = cycleIn(definitions(text, known));
     if (!cycle.empty())
         return "symbol file " + path + " defines symbols in a cycle, " + toTerminal(cycle)
-            + ", which would expand without end";
+               + ", which would expand without end";
     env.readSymbolsFromFile(file);
     return "";
 }
 
-std::string yesNo(bool value) { return value ? "yes" : "no"; }
+std::string yesNo(bool value)
+{
+    return value ? "yes" : "no";
+}
 
 void printParts(const KZFileName& name, const std::string& input)
 {
@@ -284,8 +287,8 @@ int symbols(const FileWords& request)
 void addFileCommands(Program& program)
 {
     auto pathWords = std::make_shared<FileWords>();
-    CLI::App& pathCommand = program.add("path", "parse, relativise, absolutise and parameterise file names",
-                                        kPathUsage, [pathWords] { return path(*pathWords); });
+    CLI::App& pathCommand = program.add("path", "parse, relativise, absolutise and parameterise file names", kPathUsage,
+                                        [pathWords] { return path(*pathWords); });
     addOptional(pathCommand, "--base", pathWords->base);
     addOptional(pathCommand, "--symbols", pathWords->symbols);
     addOptional(pathCommand, "--symbol", pathWords->symbol);

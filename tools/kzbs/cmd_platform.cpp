@@ -35,8 +35,8 @@ int iniGet(const IniRequest&, const std::vector<std::string>& words)
     const std::string section = fromTerminal(words[1]);
     const std::string key = fromTerminal(words[2]);
     const std::string fallback = words.size() > 3 ? fromTerminal(words[3]) : std::string();
-    std::cout << toTerminal(CrossPlatformApi::getIniString(section.c_str(), key.c_str(),
-                                                            fallback.c_str(), file.c_str()))
+    std::cout << toTerminal(
+        CrossPlatformApi::getIniString(section.c_str(), key.c_str(), fallback.c_str(), file.c_str()))
               << '\n';
     return 0;
 }
@@ -52,7 +52,10 @@ std::vector<std::string> linesOf(const std::string& text)
     return lines;
 }
 
-std::string keyOf(const std::string& line) { return line.substr(0, line.find('=')); }
+std::string keyOf(const std::string& line)
+{
+    return line.substr(0, line.find('='));
+}
 
 // Compares a file before and after the library set `key` in it. Only the
 // key's own line may change; lines may be added. Returns the first other
@@ -76,8 +79,8 @@ std::string lostLine(const std::string& before, const std::string& after, const 
     bool keySeen = false;
     for (std::size_t i = head; i < old.size() - tail; ++i) {
         const bool keyLine = !keySeen && old[i].find('=') != std::string::npos
-            && std::find(newKeys.begin(), newKeys.end(), keyOf(old[i])) != newKeys.end()
-            && (changed == 1 || keyOf(old[i]) == key);
+                             && std::find(newKeys.begin(), newKeys.end(), keyOf(old[i])) != newKeys.end()
+                             && (changed == 1 || keyOf(old[i]) == key);
         keySeen = keySeen || keyLine;
         if (!keyLine)
             return "line " + std::to_string(i + 1) + " ('" + printable(toTerminal(old[i])) + "')";
@@ -87,8 +90,7 @@ std::string lostLine(const std::string& before, const std::string& after, const 
 
 // Lets the library write the value into `file` in a process of its own:
 // QSettings keeps what it wrote in a cache, and the check must see the disk.
-bool writeInChild(const std::string& section, const std::string& key, const std::string& value,
-                  const std::string& file)
+bool writeInChild(const std::string& section, const std::string& key, const std::string& value, const std::string& file)
 {
     std::cout.flush();
     const pid_t child = ::fork();
@@ -125,7 +127,7 @@ int iniSet(const IniRequest& request, const std::vector<std::string>& words)
     if (!lost.empty())
         return fail("setting " + words[2] + " would rewrite " + lost + " of " + file
                     + " by Qt's INI rules; nothing written (--force writes anyway)");
-    const std::string unset = value + "\x01";   // a text the value cannot be
+    const std::string unset = value + "\x01"; // a text the value cannot be
     if (CrossPlatformApi::getIniString(section.c_str(), key.c_str(), unset.c_str(), copy.c_str()) != value)
         return fail("could not write " + file + ": the value does not read back");
     if (!replacement.commit())
@@ -156,7 +158,7 @@ int ini(const IniRequest& request)
 {
     const Action<IniRequest>& action = *chooseAction("ini", kIniActions, request.words).value();
     const std::vector<std::string> words(request.words.begin() + 1, request.words.end());
-    if (action.run != iniSet) {   // which alone may create its file
+    if (action.run != iniSet) { // which alone may create its file
         if (request.force)
             return fail("--force belongs to ini set");
         const std::string problem = unreadable(words[0]);
@@ -172,7 +174,10 @@ int folders(const std::vector<std::string>& words)
         return fail("folders takes no arguments");
 
     using CrossPlatformApi::SysFolder;
-    const struct { const char* name; SysFolder folder; } folders[] = {
+    const struct {
+        const char* name;
+        SysFolder folder;
+    } folders[] = {
         {"temp", CrossPlatformApi::TempFolder},
         {"application-support", CrossPlatformApi::ApplicationSupportFolder},
         {"documents", CrossPlatformApi::DocumentsFolder},
@@ -196,15 +201,15 @@ void addPlatformCommands(Program& program)
 {
     auto iniRequest = std::make_shared<IniRequest>();
     const PlatformCommand& iniText = kPlatformCommands[0];
-    CLI::App& iniCommand = program.add(iniText.name, iniText.summary, iniText.usage,
-                                       [iniRequest] { return ini(*iniRequest); });
+    CLI::App& iniCommand =
+        program.add(iniText.name, iniText.summary, iniText.usage, [iniRequest] { return ini(*iniRequest); });
     iniCommand.add_flag("--force", iniRequest->force);
     program.addWords(iniCommand, iniRequest->words);
     auto folderWords = std::make_shared<std::vector<std::string>>();
     const PlatformCommand& foldersText = kPlatformCommands[1];
     program.addWords(program.add(foldersText.name, foldersText.summary, foldersText.usage,
-                         [folderWords] { return folders(*folderWords); }),
-             *folderWords);
+                                 [folderWords] { return folders(*folderWords); }),
+                     *folderWords);
 }
 
 } // namespace kzbs

@@ -83,11 +83,10 @@ std::string compileError(int status, const std::string& pattern)
     switch (status) {
     case KZRegExp::StatusIllegal:
         return "illegal pattern '" + pattern + "': it is empty or begins with a newline, '*', '+' or '?'";
-    case KZRegExp::StatusNoMemory:
-        return "out of memory compiling pattern '" + pattern + "'";
+    case KZRegExp::StatusNoMemory: return "out of memory compiling pattern '" + pattern + "'";
     default:
-        return "pattern '" + pattern + "' is too long (at most " + std::to_string(KZRegExp::maxpat - 1) +
-               " compiled bytes) or puts a closure on an anchor or another closure";
+        return "pattern '" + pattern + "' is too long (at most " + std::to_string(KZRegExp::maxpat - 1)
+               + " compiled bytes) or puts a closure on an anchor or another closure";
     }
 }
 
@@ -102,7 +101,7 @@ struct GrepOptions {
     bool raw = false;
     std::optional<std::string> encodingName;
     GrepEncoding encoding = GrepEncoding::Auto;
-    bool anchored = false;      // the pattern begins with '^': one match per line at most
+    bool anchored = false; // the pattern begins with '^': one match per line at most
     bool withFileName = false;
 };
 
@@ -211,7 +210,8 @@ private:
     {
         if (!m_converted) {
             if (m_options.lineNumbers)
-                m_number += static_cast<unsigned long>(std::count(m_matcherText + m_textAt, m_matcherText + begin, '\n'));
+                m_number +=
+                    static_cast<unsigned long>(std::count(m_matcherText + m_textAt, m_matcherText + begin, '\n'));
             m_textAt = m_originalAt = begin;
             return;
         }
@@ -317,8 +317,8 @@ private:
     const GrepOptions m_options;
     std::streambuf* const m_out = std::cout.rdbuf();
     Input* m_input = nullptr;
-    bool m_stopped = false;     // -q: everything is done
-    bool m_fileDone = false;    // -l, -q: the input is done
+    bool m_stopped = false;  // -q: everything is done
+    bool m_fileDone = false; // -l, -q: the input is done
 
     // The block being searched: the original bytes and those the matcher
     // reads (the same, or m_text converted and folded), each with the offset
@@ -326,7 +326,7 @@ private:
     const char* m_original = nullptr;
     const char* m_matcherText = nullptr;
     std::size_t m_originalSize = 0, m_textSize = 0;
-    bool m_converted = false;   // the two differ in length
+    bool m_converted = false; // the two differ in length
     std::size_t m_textAt = 0, m_originalAt = 0;
     unsigned long m_number = 1;
 
@@ -393,7 +393,11 @@ bool searchInput(Grep& grep, const std::string& file, const GrepOptions& options
     }
     struct Closer {
         int fd;
-        ~Closer() { if (fd > 0) ::close(fd); }
+        ~Closer()
+        {
+            if (fd > 0)
+                ::close(fd);
+        }
     } const closer{fd};
 
     MappedFile mapped;
@@ -412,7 +416,9 @@ bool searchInput(Grep& grep, const std::string& file, const GrepOptions& options
                 return false;
             std::size_t end = size;
             if (size - at > kBlock)
-                end = static_cast<std::size_t>(static_cast<const char*>(std::memchr(data + at + kBlock, '\n', size - at - kBlock)) - data) + 1;
+                end = static_cast<std::size_t>(
+                          static_cast<const char*>(std::memchr(data + at + kBlock, '\n', size - at - kBlock)) - data)
+                      + 1;
             block = data + at;
             length = end - at;
             at = end;
@@ -449,8 +455,8 @@ int grep(const std::vector<std::string>& words, GrepOptions options)
         return fail("grep needs a PATTERN");
     }
     if (options.encodingName && !parseGrepEncoding(*options.encodingName, options.encoding))
-        return fail("unknown encoding '" + printable(*options.encodingName) +
-                    "' (see kzbs grep --help): auto, utf-8, cp1252 or raw");
+        return fail("unknown encoding '" + printable(*options.encodingName)
+                    + "' (see kzbs grep --help): auto, utf-8, cp1252 or raw");
     if (options.raw && options.encodingName && options.encoding != GrepEncoding::Raw)
         return fail("--raw reads files as bytes, --encoding " + *options.encodingName + " does not: give one");
     if (options.raw)

@@ -100,10 +100,8 @@ Refusal refusalOf(KZWorkdays::Status status, const KZDate& start, bool classic)
     switch (status) {
     case KZWorkdays::BeforeFirstYear:
         return beforeLaw(start.Year() < KZHolidayLaw::FirstYear ? std::to_string(start.Year()) : "the answer");
-    case KZWorkdays::OutOfRange:
-        return refuse("the answer lies outside " + yearRangeText(spanOf(classic)));
-    default:
-        return refuse("the working days cannot be computed for these options");
+    case KZWorkdays::OutOfRange: return refuse("the answer lies outside " + yearRangeText(spanOf(classic)));
+    default: return refuse("the working days cannot be computed for these options");
     }
 }
 

@@ -163,8 +163,8 @@ Checked<BundesLand> parseState(const std::string& text)
     const std::string wanted = foldStateName(isAscii(text) ? text : fromTerminal(text));
     const BundesLand* all = Bundeslaender::getBundesLandConstants();
     for (int i = 0; i < 16; ++i) {
-        if (wanted == foldStateName(states.getName(all[i], false)) ||
-            wanted == foldStateName(states.getName(all[i], true)))
+        if (wanted == foldStateName(states.getName(all[i], false))
+            || wanted == foldStateName(states.getName(all[i], true)))
             return all[i];
     }
     return refuse("unknown federal state '" + text + "' (use e.g. BY or Bayern)");

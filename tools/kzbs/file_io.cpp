@@ -14,7 +14,6 @@
 
 namespace kzbs {
 
-
 std::string unreadable(const std::string& path)
 {
     if (path.empty())

@@ -46,9 +46,9 @@ public:
 private:
     bool failWith(const std::string& message);
 
-    std::string m_path;       // as given, for messages
-    std::string m_target;     // the file replaced: m_path with links followed
-    std::string m_temporary;  // empty once renamed or removed
+    std::string m_path;      // as given, for messages
+    std::string m_target;    // the file replaced: m_path with links followed
+    std::string m_temporary; // empty once renamed or removed
     std::string m_error;
     bool m_existed = false;
     unsigned m_mode = 0;

@@ -43,8 +43,10 @@ std::size_t decodeUtf8(const unsigned char* data, std::size_t size, std::uint32_
         *code = lead;
         return 1;
     }
-    const std::size_t length = lead >= 0xC2 && lead <= 0xDF ? 2 : lead >= 0xE0 && lead <= 0xEF ? 3
-                             : lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
+    const std::size_t length = lead >= 0xC2 && lead <= 0xDF   ? 2
+                               : lead >= 0xE0 && lead <= 0xEF ? 3
+                               : lead >= 0xF0 && lead <= 0xF4 ? 4
+                                                              : 0;
     if (length == 0 || length > size)
         return 0;
     std::uint32_t value = lead & (0x7F >> length);
@@ -66,7 +68,9 @@ bool allAscii(const unsigned char* data, std::size_t size)
     std::size_t i = 0;
 #if KZBS_HAVE_SSE2
     for (; i + 64 <= size; i += 64) {
-        const auto load = [&](std::size_t k) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(data + i + k)); };
+        const auto load = [&](std::size_t k) {
+            return _mm_loadu_si128(reinterpret_cast<const __m128i*>(data + i + k));
+        };
         const __m128i any = _mm_or_si128(_mm_or_si128(load(0), load(16)), _mm_or_si128(load(32), load(48)));
         if (_mm_movemask_epi8(any) != 0)
             return false;
@@ -100,8 +104,8 @@ bool parseGrepEncoding(const std::string& name, GrepEncoding& encoding)
     static const struct {
         const char* name;
         GrepEncoding encoding;
-    } kNames[] = {{"auto", GrepEncoding::Auto},     {"utf-8", GrepEncoding::Utf8},
-                  {"utf8", GrepEncoding::Utf8},     {"cp1252", GrepEncoding::Cp1252},
+    } kNames[] = {{"auto", GrepEncoding::Auto},           {"utf-8", GrepEncoding::Utf8},
+                  {"utf8", GrepEncoding::Utf8},           {"cp1252", GrepEncoding::Cp1252},
                   {"windows-1252", GrepEncoding::Cp1252}, {"raw", GrepEncoding::Raw}};
     for (const auto& known : kNames)
         if (name == known.name) {
@@ -199,9 +203,9 @@ void foldCase(char* data, std::size_t size)
     for (; i + 16 <= size; i += 16) {
         __m128i* at = reinterpret_cast<__m128i*>(data + i);
         const __m128i c = _mm_loadu_si128(at);
-        const __m128i upper = _mm_or_si128(_mm_cmplt_epi8(_mm_add_epi8(c, shift), limit),
-                                           _mm_or_si128(_mm_cmpeq_epi8(c, ae),
-                                                        _mm_or_si128(_mm_cmpeq_epi8(c, oe), _mm_cmpeq_epi8(c, ue))));
+        const __m128i upper = _mm_or_si128(
+            _mm_cmplt_epi8(_mm_add_epi8(c, shift), limit),
+            _mm_or_si128(_mm_cmpeq_epi8(c, ae), _mm_or_si128(_mm_cmpeq_epi8(c, oe), _mm_cmpeq_epi8(c, ue))));
         _mm_storeu_si128(at, _mm_or_si128(c, _mm_and_si128(upper, bit)));
     }
 #endif
@@ -221,14 +225,13 @@ std::string patternFromUtf8(const std::string& utf8, std::string& pattern)
         const std::string character = utf8.substr(at, length);
         const char byte = windows1252Of(code);
         if (byte == kNotInWindows1252 && code != 0x81)
-            return "pattern character '" + character +
-                   "' is not in Windows-1252, the matcher's text encoding; '.' matches it";
+            return "pattern character '" + character
+                   + "' is not in Windows-1252, the matcher's text encoding; '.' matches it";
         for (const TokenByte& token : kTokenBytes)
             if (static_cast<unsigned char>(byte) == token.byte)
-                return "pattern character '" + character + "' is byte 0x" + "0123456789ABCDEF"[token.byte >> 4] +
-                       "0123456789ABCDEF"[token.byte & 15] +
-                       " in Windows-1252, which the matcher reads as its token '" + token.token +
-                       "'; '.' matches it";
+                return "pattern character '" + character + "' is byte 0x" + "0123456789ABCDEF"[token.byte >> 4]
+                       + "0123456789ABCDEF"[token.byte & 15]
+                       + " in Windows-1252, which the matcher reads as its token '" + token.token + "'; '.' matches it";
         pattern += byte;
         at += length;
     }

@@ -12,10 +12,10 @@
 namespace kzbs {
 
 enum class GrepEncoding {
-    Auto,   // a file that is valid UTF-8 is UTF-8, any other Windows-1252
+    Auto, // a file that is valid UTF-8 is UTF-8, any other Windows-1252
     Utf8,
     Cp1252,
-    Raw,    // bytes in, the same bytes out; the pattern taken as bytes too
+    Raw, // bytes in, the same bytes out; the pattern taken as bytes too
 };
 
 // "auto", "utf-8" (or "utf8"), "cp1252" (or "windows-1252"), "raw"; false

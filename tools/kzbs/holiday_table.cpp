@@ -21,7 +21,10 @@ std::string join(const std::vector<std::string>& words, const char* separator)
 }
 
 // The state part of "SN-BZ".
-std::string stateOf(const std::string& region) { return region.substr(0, region.find('-')); }
+std::string stateOf(const std::string& region)
+{
+    return region.substr(0, region.find('-'));
+}
 
 // Pads to a width counted in characters, not UTF-8 bytes.
 std::string padded(const std::string& latin1, size_t width)

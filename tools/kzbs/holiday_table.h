@@ -15,10 +15,10 @@ namespace kzbs {
 
 struct HolidayRow {
     KZDate date;
-    std::string name;                  // Windows-1252, as the library has it
-    std::vector<std::string> states;   // abbreviations, in the library's order of the states
-    std::vector<std::string> regions;  // "SN-BZ": region BZ of Sachsen, ordered by state
-    std::vector<std::pair<std::string, std::string>> stateNames = {};  // {"BW", its law's name} where that differs
+    std::string name;                 // Windows-1252, as the library has it
+    std::vector<std::string> states;  // abbreviations, in the library's order of the states
+    std::vector<std::string> regions; // "SN-BZ": region BZ of Sachsen, ordered by state
+    std::vector<std::pair<std::string, std::string>> stateNames = {}; // {"BW", its law's name} where that differs
 };
 
 // The abbreviations of the states in a mask: "BW", "BY", "ST".

@@ -94,8 +94,8 @@ LineSearch::LineSearch(const KZRegExp& re, const std::string& pattern) : m_re(re
         // line's start is a match of the rest there.
         const std::string rest = pattern.substr(1);
         m_anchored = true;
-        m_eachLine = rest.empty() || rest[0] == '^' || rest[0] == kLineStartToken ||
-                     m_finder.gen_pattern(rest.c_str()) != KZRegExp::StatusOk;
+        m_eachLine = rest.empty() || rest[0] == '^' || rest[0] == kLineStartToken
+                     || m_finder.gen_pattern(rest.c_str()) != KZRegExp::StatusOk;
     }
 }
 

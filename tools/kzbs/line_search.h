@@ -92,10 +92,10 @@ private:
 
         char* const text;
         const std::size_t size;
-        std::size_t at = 0;                  // the start of the first line not yet decided
-        std::size_t window = kFirstWindow;   // how far find() may look ahead
-        std::size_t eachLineUntil = 0;       // lines before this are tried one by one
-        bool windows = false;                // searched in windows, not all at once
+        std::size_t at = 0;                // the start of the first line not yet decided
+        std::size_t window = kFirstWindow; // how far find() may look ahead
+        std::size_t eachLineUntil = 0;     // lines before this are tried one by one
+        bool windows = false;              // searched in windows, not all at once
     };
 
     // find() reads its text up to the end, or to a NUL, before it starts
@@ -110,11 +110,11 @@ private:
     std::size_t nextCandidate(Scan& scan, std::size_t& matchEnd);
 
     const KZRegExp& m_re;
-    KZRegExp m_finder;         // the pattern without a leading '^', or the pattern
-    bool m_anchored = false;   // m_finder drops the pattern's '^'
-    bool m_eachLine = false;   // no buffer search: every line is tried
-    bool m_inLines = false;    // no match can take a newline
-    std::string m_line;        // a line with its newline, as find() sees it alone
+    KZRegExp m_finder;       // the pattern without a leading '^', or the pattern
+    bool m_anchored = false; // m_finder drops the pattern's '^'
+    bool m_eachLine = false; // no buffer search: every line is tried
+    bool m_inLines = false;  // no match can take a newline
+    std::string m_line;      // a line with its newline, as find() sees it alone
 };
 
 } // namespace kzbs

@@ -5,6 +5,9 @@ namespace kzbs {
 
 MappedFile::~MappedFile() = default;
 
-bool MappedFile::map(int) { return false; }
+bool MappedFile::map(int)
+{
+    return false;
+}
 
 } // namespace kzbs

@@ -62,10 +62,9 @@ Checked<Place> parsePlace(const PlaceWords& words)
     const std::string code = upper(*words.region);
     if (!KZHolidayLaw::findRegion(place.land, code)) {
         const std::string known = regionsOf(place.land);
-        return refuse(known.empty()
-                          ? abbreviation(place.land) + " has no regions with holidays of their own"
-                          : "unknown region '" + *words.region + "' of " + abbreviation(place.land)
-                                + " (known: " + known + ")");
+        return refuse(known.empty() ? abbreviation(place.land) + " has no regions with holidays of their own"
+                                    : "unknown region '" + *words.region + "' of " + abbreviation(place.land)
+                                          + " (known: " + known + ")");
     }
     place.region = code;
     return place;
@@ -84,20 +83,17 @@ Checked<std::vector<DatedHoliday>> holidaysAt(const Period& period, const Place&
         return KZHolidayLaw::classicHolidaysInPeriod(period.from, period.to, place.land);
     std::vector<DatedHoliday> holidays;
     switch (KZHolidayLaw::holidaysInPeriod(period.from, period.to, place.land, place.region, holidays)) {
-    case KZHolidayLaw::Ok:
-        return holidays;
-    case KZHolidayLaw::BeforeFirstYear:
-        return beforeLaw(std::to_string(period.from.Year()));
-    default:
-        return refuse("no holidays known for " + isoDate(period.from) + " .. " + isoDate(period.to));
+    case KZHolidayLaw::Ok: return holidays;
+    case KZHolidayLaw::BeforeFirstYear: return beforeLaw(std::to_string(period.from.Year()));
+    default: return refuse("no holidays known for " + isoDate(period.from) + " .. " + isoDate(period.to));
     }
 }
 
 Refusal beforeLaw(const std::string& what)
 {
     return refuse(what + " is before " + std::to_string(KZHolidayLaw::FirstYear)
-                + ", where the holiday laws kzbs knows begin; --classic answers from the fixed table for "
-                + yearRangeText());
+                  + ", where the holiday laws kzbs knows begin; --classic answers from the fixed table for "
+                  + yearRangeText());
 }
 
 } // namespace kzbs

@@ -40,7 +40,10 @@ void addPlaceOptions(CLI::App& command, PlaceWords& words);
 Checked<Place> parsePlace(const PlaceWords& words);
 
 // The years the rule set chosen (--classic or not) answers for, for messages.
-inline YearSpan spanOf(bool classic) { return classic ? YearSpan::Table : YearSpan::Law; }
+inline YearSpan spanOf(bool classic)
+{
+    return classic ? YearSpan::Table : YearSpan::Law;
+}
 
 // "BY", "SN-BZ"; "" without a state.
 std::string placeName(const Place& place);

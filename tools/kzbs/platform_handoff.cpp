@@ -38,8 +38,10 @@ int runHelper(int argc, char** argv)
 {
     const std::string folder = ownFolder();
     if (folder.empty())
-        return fail(std::string(argv[1]) + " needs " KZBS_PLATFORM_HELPER ", which kzbs finds beside itself, "
-                    "but the system does not say where kzbs is");
+        return fail(std::string(argv[1])
+                    + " needs " KZBS_PLATFORM_HELPER
+                      ", which kzbs finds beside itself, "
+                      "but the system does not say where kzbs is");
     const std::vector<std::string> places = helperPlaces(folder);
     for (const std::string& place : places) {
         if (::access(place.c_str(), X_OK) != 0)
@@ -51,8 +53,8 @@ int runHelper(int argc, char** argv)
         ::execv(place.c_str(), args.data());
         return fail("cannot run " + place + ": " + std::strerror(errno));
     }
-    return fail(std::string(argv[1]) + " needs " KZBS_PLATFORM_HELPER ", which is missing (looked for "
-                + places[0] + " and " + places[1] + ")");
+    return fail(std::string(argv[1]) + " needs " KZBS_PLATFORM_HELPER ", which is missing (looked for " + places[0]
+                + " and " + places[1] + ")");
 }
 
 #else

@@ -21,14 +21,20 @@ std::string folderOf(const std::string& path)
 
 } // namespace
 
-void prepareStandardStreams() { std::signal(SIGPIPE, SIG_DFL); }
+void prepareStandardStreams()
+{
+    std::signal(SIGPIPE, SIG_DFL);
+}
 
 const char* findLast(const char* data, char byte, std::size_t size)
 {
     return static_cast<const char*>(::memrchr(data, byte, size));
 }
 
-int openForReading(const std::string& path) { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); }
+int openForReading(const std::string& path)
+{
+    return ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+}
 
 std::string followLinks(std::string path)
 {

@@ -27,11 +27,20 @@ const char* findLast(const char* data, char byte, std::size_t size)
     return nullptr;
 }
 
-int openForReading(const std::string& path) { return ::_open(path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT); }
+int openForReading(const std::string& path)
+{
+    return ::_open(path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
+}
 
-std::string followLinks(std::string path) { return path; }
+std::string followLinks(std::string path)
+{
+    return path;
+}
 
-unsigned newFileMode() { return 0666; }
+unsigned newFileMode()
+{
+    return 0666;
+}
 
 // Windows keeps of the mode only whether the owner may write; owners stay.
 std::string settle(const std::string& temporary, unsigned mode, bool, unsigned, unsigned)

@@ -12,7 +12,11 @@ namespace {
 class Iconv {
 public:
     Iconv(const char* to, const char* from) : m_cd(::iconv_open(to, from)) {}
-    ~Iconv() { if (ok()) ::iconv_close(m_cd); }
+    ~Iconv()
+    {
+        if (ok())
+            ::iconv_close(m_cd);
+    }
     Iconv(const Iconv&) = delete;
     Iconv& operator=(const Iconv&) = delete;
 
@@ -64,7 +68,10 @@ std::string encode(const char* encoding, const std::wstring& codePoints)
     return result;
 }
 
-const char* iconvName(TextEncoding encoding) { return encoding == TextEncoding::Utf8 ? "UTF-8" : "CP1252"; }
+const char* iconvName(TextEncoding encoding)
+{
+    return encoding == TextEncoding::Utf8 ? "UTF-8" : "CP1252";
+}
 
 } // namespace
 

@@ -20,7 +20,10 @@ long timezone()
     return ::localtime_r(&t, &local) ? -local.tm_gmtoff : 0;
 }
 
-int daylight() { return ::daylight; }
+int daylight()
+{
+    return ::daylight;
+}
 
 int localtime_s(std::tm* result, const std::time_t* time)
 {

@@ -8,9 +8,15 @@
 namespace KZBasicServices {
 namespace native {
 
-bool exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
+bool exists(const std::string& path)
+{
+    return ::access(path.c_str(), F_OK) == 0;
+}
 
-bool isWritable(const std::string& path) { return ::access(path.c_str(), W_OK) == 0; }
+bool isWritable(const std::string& path)
+{
+    return ::access(path.c_str(), W_OK) == 0;
+}
 
 bool modificationTime(const std::string& path, std::time_t& time)
 {

@@ -13,7 +13,10 @@ namespace {
 
 constexpr UINT kCp1252 = 1252;
 
-bool unassignedIn1252(unsigned c) { return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D; }
+bool unassignedIn1252(unsigned c)
+{
+    return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D;
+}
 
 bool decodeFrom(UINT codePage, const std::string& text, std::wstring& units)
 {
@@ -38,8 +41,8 @@ std::string encodeTo(UINT codePage, std::wstring units)
         std::wstring held;
         for (size_t i = 0; i < units.size(); ++i) {
             const unsigned unit = units[i];
-            const bool pair = unit >= 0xD800 && unit < 0xDC00 && i + 1 < units.size()
-                && units[i + 1] >= 0xDC00 && units[i + 1] < 0xE000;
+            const bool pair = unit >= 0xD800 && unit < 0xDC00 && i + 1 < units.size() && units[i + 1] >= 0xDC00
+                              && units[i + 1] < 0xE000;
             held += pair || unassignedIn1252(unit) ? L'?' : units[i];
             i += pair;
         }
@@ -58,7 +61,10 @@ std::string encodeTo(UINT codePage, std::wstring units)
     return result;
 }
 
-UINT codePage(TextEncoding encoding) { return encoding == TextEncoding::Utf8 ? CP_UTF8 : kCp1252; }
+UINT codePage(TextEncoding encoding)
+{
+    return encoding == TextEncoding::Utf8 ? CP_UTF8 : kCp1252;
+}
 
 } // namespace
 

@@ -13,7 +13,7 @@ namespace CrossPlatformApi {
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86400;
-constexpr std::int64_t k1601To1970 = 11644473600; // seconds
+constexpr std::int64_t k1601To1970 = 11644473600;  // seconds
 constexpr std::int64_t kTicksPerSecond = 10000000; // FILETIME counts 100 ns
 
 // Days from 1 January 1970 to the given civil date (proleptic Gregorian).
@@ -29,8 +29,7 @@ std::int64_t daysFromCivil(std::int64_t year, unsigned month, unsigned day)
 
 std::int64_t secondsOf(const SYSTEMTIME& t)
 {
-    return daysFromCivil(t.wYear, t.wMonth, t.wDay) * kSecondsPerDay + t.wHour * 3600 + t.wMinute * 60
-        + t.wSecond;
+    return daysFromCivil(t.wYear, t.wMonth, t.wDay) * kSecondsPerDay + t.wHour * 3600 + t.wMinute * 60 + t.wSecond;
 }
 
 // The UTC instant as a SYSTEMTIME; false outside what FILETIME holds (before
@@ -56,8 +55,9 @@ long timezone()
     std::tm local{};
     if (CrossPlatformApi::localtime_s(&local, &t) != 0 || local.tm_mday == 0)
         return 0;
-    const std::int64_t localSeconds = daysFromCivil(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday)
-        * kSecondsPerDay + local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+    const std::int64_t localSeconds =
+        daysFromCivil(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) * kSecondsPerDay + local.tm_hour * 3600
+        + local.tm_min * 60 + local.tm_sec;
     return static_cast<long>(static_cast<std::int64_t>(t) - localSeconds);
 }
 
@@ -87,8 +87,8 @@ int localtime_s(std::tm* result, const std::time_t* time)
     result->tm_min = local.wMinute;
     result->tm_sec = local.wSecond;
     result->tm_wday = local.wDayOfWeek;
-    result->tm_yday = static_cast<int>(daysFromCivil(local.wYear, local.wMonth, local.wDay)
-                                       - daysFromCivil(local.wYear, 1, 1));
+    result->tm_yday =
+        static_cast<int>(daysFromCivil(local.wYear, local.wMonth, local.wDay) - daysFromCivil(local.wYear, 1, 1));
     result->tm_isdst = zone.DaylightDate.wMonth != 0 && offset != standardOffset;
     return 0;
 }

@@ -33,9 +33,15 @@ std::string utf8(const std::wstring& units)
 
 } // namespace
 
-bool exists(const std::string& path) { return ::_waccess(wide(path).c_str(), 0) == 0; }
+bool exists(const std::string& path)
+{
+    return ::_waccess(wide(path).c_str(), 0) == 0;
+}
 
-bool isWritable(const std::string& path) { return ::_waccess(wide(path).c_str(), 2) == 0; }
+bool isWritable(const std::string& path)
+{
+    return ::_waccess(wide(path).c_str(), 2) == 0;
+}
 
 bool modificationTime(const std::string& path, std::time_t& time)
 {
