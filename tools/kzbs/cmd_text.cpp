@@ -1,5 +1,6 @@
 // kzbs grep and kzbs number: the library's pattern matcher and German
 // number notation from the command line.
+#include "checked.h"
 #include "commands.h"
 #include "file_io.h"
 #include "grep_encoding.h"
@@ -510,12 +511,13 @@ bool isNumber(const std::string& text)
     return digit;
 }
 
-std::string germanNumber(const std::string& utf8, const std::string& where)
+// A number word in the German form, or why the word is none.
+Checked<std::string> germanNumber(const std::string& utf8, const std::string& where)
 {
     if (!isUtf8(utf8))
-        throw InputError(where + "'" + printable(utf8) + "' is not valid UTF-8, the encoding kzbs reads");
+        return refuse(where + "'" + printable(utf8) + "' is not valid UTF-8, the encoding kzbs reads");
     if (!isNumber(utf8))
-        throw InputError(where + "'" + printable(utf8) + "' is not a number such as 1234.5, -12 or 1234 EUR");
+        return refuse(where + "'" + printable(utf8) + "' is not a number such as 1234.5, -12 or 1234 EUR");
     return toTerminal(reformatNumString(fromTerminal(utf8), true));
 }
 
@@ -524,7 +526,7 @@ int number(const std::vector<std::string>& words)
     if (words.empty()) {
         std::string line;
         for (unsigned long number = 1; std::getline(std::cin, line); ++number)
-            std::cout << germanNumber(line, "line " + std::to_string(number) + " of standard input: ") << '\n';
+            std::cout << germanNumber(line, "line " + std::to_string(number) + " of standard input: ").value() << '\n';
         if (std::cin.bad())
             return fail("cannot read standard input");
         return 0;
@@ -533,7 +535,7 @@ int number(const std::vector<std::string>& words)
     std::vector<std::string> numbers;
     numbers.reserve(words.size());
     for (const std::string& word : words)
-        numbers.push_back(germanNumber(word, ""));
+        numbers.push_back(germanNumber(word, "").value());
     for (const std::string& number : numbers)
         std::cout << number << '\n';
     return 0;
