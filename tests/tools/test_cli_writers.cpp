@@ -57,12 +57,13 @@ protected:
     kzbs_test::TempFolder m_dir;
 };
 
-bool temporaryLeft(const std::string& folder)
+// The name of a temporary file a writer left in `folder`, "" if none.
+std::string temporaryLeft(const std::string& folder)
 {
     for (const auto& entry : std::filesystem::directory_iterator(folder))
         if (entry.path().filename().string().find(".kzbs-") != std::string::npos)
-            return true;
-    return false;
+            return entry.path().filename().string();
+    return "";
 }
 
 TEST_F(CliWriters, ReplaceTheFileALinkPointsToKeepingModeAndOwner)
@@ -87,7 +88,7 @@ TEST_F(CliWriters, ReplaceTheFileALinkPointsToKeepingModeAndOwner)
             EXPECT_EQ(info.st_uid, 4321u) << writer.name;
             EXPECT_EQ(info.st_gid, 4322u) << writer.name;
         }
-        EXPECT_FALSE(temporaryLeft(m_dir.path)) << writer.name;
+        EXPECT_EQ(temporaryLeft(m_dir.path), "") << writer.name;
     }
 }
 
@@ -100,7 +101,7 @@ TEST_F(CliWriters, AFailedWriteLeavesTheOldFileWhole)
         const auto r = runKzbs(writer.args(target), "", {}, "ulimit -f 8; trap '' XFSZ;");
         kzbs_test::expectRefusal(r, "write " + target);
         EXPECT_EQ(readFile(target), "[S]\nK=old\n") << writer.name;
-        EXPECT_FALSE(temporaryLeft(m_dir.path)) << writer.name;
+        EXPECT_EQ(temporaryLeft(m_dir.path), "") << writer.name;
     }
 }
 

@@ -99,7 +99,13 @@ bool writeInChild(const std::string& section, const std::string& key, const std:
         ::_exit(0);
     }
     int status = 0;
-    return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    const bool written =
+        child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    // QSettings locks the file it writes through FILE.lock, and a child that
+    // did not finish (killed, or stopped by a file size limit) leaves it
+    // behind. The file is our own temporary copy, so its lock is ours too.
+    ::unlink((file + ".lock").c_str());
+    return written;
 }
 
 // The library reports nothing about a write, so the value is set in a copy
