@@ -4,7 +4,9 @@
 //    included), the rest the text, NULs and all;
 //  - mapped: the bytes are mapped onto the characters that make the traps
 //    (newlines, classes that take them, '^', '$', NULs in the text), so
-//    that most patterns compile and most texts have many lines.
+//    that most patterns compile and most texts have many lines; read as
+//    UTF-8, the text is mapped onto characters of one and two bytes that
+//    Windows-1252 has or lacks, and a byte that is no UTF-8.
 #include "FuzzSupport.h"
 #include "KZRegExp.h"
 #include "grep_encoding.h"
@@ -21,6 +23,15 @@ std::string mapOnto(const std::string& bytes, const char* alphabet, std::size_t 
     std::string mapped;
     for (const char c : bytes)
         mapped += alphabet[static_cast<unsigned char>(c) % letters];
+    return mapped;
+}
+
+std::string mapOntoUtf8(const std::string& bytes)
+{
+    static const char* const kUnits[] = {"a", "B", "\n", "\xC3\xA4", "\xC3\x84", "\xCE\xB1", "\xFF"};
+    std::string mapped;
+    for (const char c : bytes)
+        mapped += kUnits[static_cast<unsigned char>(c) % (sizeof kUnits / sizeof kUnits[0])];
     return mapped;
 }
 
@@ -100,7 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         static const char kPatternChars[] = "ab.[]^-$*+?\\n\xDE";
         static const char kTextChars[] = "ab\n\n-\0^$";
         pattern = mapOnto(pattern, kPatternChars, sizeof kPatternChars - 1);
-        text = mapOnto(text, kTextChars, sizeof kTextChars - 1);
+        text = flags & 2 ? mapOntoUtf8(text) : mapOnto(text, kTextChars, sizeof kTextChars - 1);
     }
     if (flags & 2)
         text = asWindows1252(text);
