@@ -164,25 +164,27 @@ KZ_AES_INLINE void cbcDecrypt(const unsigned char* in, unsigned char* out, std::
 
 // The kernels' entry points, one per round count (a constant or the
 // run-time count, see withRoundCount).
-template <class Rounds>
-KZ_AES_TARGET void ecbEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-                            Rounds rounds)
-{
-    if (encrypt)
-        ecb<true>(in, out, blocks, W, rounds);
-    else
-        ecb<false>(in, out, blocks, W, rounds);
-}
+struct Kernels {
+    template <class Rounds>
+    static KZ_AES_TARGET void ecb(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
+                                  RoundKeys W, Rounds rounds)
+    {
+        if (encrypt)
+            kzcrypt::ecb<true>(in, out, blocks, W, rounds);
+        else
+            kzcrypt::ecb<false>(in, out, blocks, W, rounds);
+    }
 
-template <class Rounds>
-KZ_AES_TARGET void cbcEntry(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W,
-                            Rounds rounds, const unsigned char iv[16])
-{
-    if (encrypt)
-        cbcEncrypt(in, out, blocks, W, rounds, iv);
-    else
-        cbcDecrypt(in, out, blocks, W, rounds, iv);
-}
+    template <class Rounds>
+    static KZ_AES_TARGET void cbc(bool encrypt, const unsigned char* in, unsigned char* out, std::size_t blocks,
+                                  RoundKeys W, Rounds rounds, const unsigned char iv[16])
+    {
+        if (encrypt)
+            cbcEncrypt(in, out, blocks, W, rounds, iv);
+        else
+            cbcDecrypt(in, out, blocks, W, rounds, iv);
+    }
+};
 
 bool available()
 {
@@ -196,32 +198,16 @@ KZ_AES_TARGET void encryptBlock(const unsigned char in[16], unsigned char out[16
     store(out, encryptRounds(_mm_xor_si128(load(in), keys.k[0]), keys, rounds));
 }
 
-void encryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
-{
-    withRoundCount(rounds, [&](auto r) { ecbEntry(true, in, out, blocks, W, r); });
-}
-
-void decryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
-{
-    withRoundCount(rounds, [&](auto r) { ecbEntry(false, in, out, blocks, W, r); });
-}
-
-void encryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                const unsigned char iv[16])
-{
-    withRoundCount(rounds, [&](auto r) { cbcEntry(true, in, out, blocks, W, r, iv); });
-}
-
-void decryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
-                const unsigned char iv[16])
-{
-    withRoundCount(rounds, [&](auto r) { cbcEntry(false, in, out, blocks, W, r, iv); });
-}
-
 } // namespace
 
 const Implementation kAesNi = {
-    RIJNDAEL_HARDWARE, available, encryptBlock, encryptEcb, decryptEcb, encryptCbc, decryptCbc,
+    RIJNDAEL_HARDWARE,
+    available,
+    encryptBlock,
+    KernelEntries<Kernels>::encryptEcb,
+    KernelEntries<Kernels>::decryptEcb,
+    KernelEntries<Kernels>::encryptCbc,
+    KernelEntries<Kernels>::decryptCbc,
 };
 
 } // namespace kzcrypt

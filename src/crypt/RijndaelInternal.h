@@ -62,6 +62,32 @@ inline void withRoundCount(int rounds, Kernel&& kernel)
     }
 }
 
+// The buffer functions of a hardware implementation, over its kernels, each
+// called with the round count as withRoundCount passes it:
+//   Kernels::ecb(bool encrypt, in, out, blocks, W, rounds)
+//   Kernels::cbc(bool encrypt, in, out, blocks, W, rounds, iv)
+template <class Kernels>
+struct KernelEntries {
+    static void encryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+    {
+        withRoundCount(rounds, [&](auto r) { Kernels::ecb(true, in, out, blocks, W, r); });
+    }
+    static void decryptEcb(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds)
+    {
+        withRoundCount(rounds, [&](auto r) { Kernels::ecb(false, in, out, blocks, W, r); });
+    }
+    static void encryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                           const unsigned char iv[16])
+    {
+        withRoundCount(rounds, [&](auto r) { Kernels::cbc(true, in, out, blocks, W, r, iv); });
+    }
+    static void decryptCbc(const unsigned char* in, unsigned char* out, std::size_t blocks, RoundKeys W, int rounds,
+                           const unsigned char iv[16])
+    {
+        withRoundCount(rounds, [&](auto r) { Kernels::cbc(false, in, out, blocks, W, r, iv); });
+    }
+};
+
 extern const Implementation kPortable; // table-driven, everywhere
 #if KZ_CRYPT_HAVE_AESNI
 extern const Implementation kAesNi; // one block per AES instruction
